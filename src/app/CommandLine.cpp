@@ -21,6 +21,13 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     app.add_flag("--json", result.json, "Print one JSON object per line instead of text");
     app.add_option("--sysfs-root", sysfsRoot, "Read power supplies under DIR instead of /sys")
         ->type_name("DIR");
+    std::string procRoot;
+    app.add_option("--proc-root", procRoot, "Read processes under DIR instead of /proc")
+        ->type_name("DIR");
+    std::string lowPower;
+    app.add_option("--low-power", lowPower, "Switch the low power mode, print the outcome, exit")
+        ->type_name("on|off")
+        ->check(CLI::IsMember({"on", "off"}));
     app.add_flag("--preview-window", result.previewWindow,
                  "Also show the dashboard in an ordinary window");
     app.add_flag("--version", version, "Print the version and exit");
@@ -49,6 +56,12 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
                        : (watch ? CommandLine::Mode::watch : CommandLine::Mode::dashboard);
     if (!sysfsRoot.empty()) {
         result.sysfsRoot = sysfsRoot;
+    }
+    if (!procRoot.empty()) {
+        result.procRoot = procRoot;
+    }
+    if (!lowPower.empty()) {
+        result.switchLowPowerModeTo = lowPower == "on";
     }
     return result;
 }

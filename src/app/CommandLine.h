@@ -13,6 +13,8 @@ struct CommandLine {
     bool json = false;
     bool previewWindow = false;
     std::optional<std::string> sysfsRoot;
+    std::optional<std::string> procRoot;
+    std::optional<bool> switchLowPowerModeTo;  // --low-power on|off
 
     // Set when the program should only print this text and exit with exitCode.
     std::optional<std::string> immediateOutput;

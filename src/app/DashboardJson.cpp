@@ -30,6 +30,11 @@ std::string iso8601(WallTime time) {
 
 nlohmann::ordered_json dashboardJson(const DashboardState& state) {
     const BatterySnapshot& s = state.snapshot;
+    nlohmann::ordered_json applications = nlohmann::ordered_json::array();
+    for (const AppEnergy& application : state.applications) {
+        applications.push_back(
+            {{"id", application.id}, {"name", application.name}, {"watts", application.watts}});
+    }
     return {{"snapshot",
              {{"level", s.level},
               {"systemWatts", orNull(s.systemWatts)},
@@ -41,7 +46,10 @@ nlohmann::ordered_json dashboardJson(const DashboardState& state) {
               {"isConnectedToPower", s.isConnectedToPower},
               {"isCharging", s.isCharging},
               {"updatedAt", iso8601(s.updatedAt)},
-              {"stateLabel", s.stateLabel()}}}};
+              {"stateLabel", s.stateLabel()}}},
+            {"lowPowerMode", orNull(state.lowPowerMode)},
+            {"applications", applications},
+            {"collectedSeconds", state.collectedSeconds}};
 }
 
 }  // namespace voltaro

@@ -2,6 +2,7 @@
 
 #include "app/DashboardJson.h"
 #include "app/TextDashboard.h"
+#include "core/common/Localization.h"
 
 namespace voltaro {
 
@@ -13,7 +14,32 @@ TerminalFrontEnd::TerminalFrontEnd(BatteryMonitor& monitor, RunLoop& runLoop, st
       commandLine_(commandLine),
       redrawInPlace_(redrawInPlace) {}
 
+int TerminalFrontEnd::switchLowPowerMode(bool enabled) {
+    int exitCode = 1;
+    const auto subscription = monitor_.isChangingLowPowerMode().subscribe([&](bool changing) {
+        if (changing) {
+            return;
+        }
+        if (const auto& error = monitor_.lowPowerModeError().get()) {
+            out_ << *error << '\n';
+        } else {
+            const bool on = monitor_.isLowPowerModeEnabled().get();
+            out_ << localized(on ? "Low Power Mode is on" : "Low Power Mode is off") << '\n';
+            exitCode = on == enabled ? 0 : 1;
+        }
+        out_.flush();
+        runLoop_.quit();
+    });
+    monitor_.setLowPowerMode(enabled);
+    runLoop_.run();
+    monitor_.isChangingLowPowerMode().unsubscribe(subscription);
+    return exitCode;
+}
+
 int TerminalFrontEnd::run() {
+    if (commandLine_.switchLowPowerModeTo) {
+        return switchLowPowerMode(*commandLine_.switchLowPowerModeTo);
+    }
     constexpr std::int64_t refreshesBeforeOnce = 2;  // the energy figures need two samples
     const auto subscription = monitor_.refreshCount().subscribe([this](std::int64_t count) {
         // Print once the whole refresh has finished, not halfway through it.

@@ -17,6 +17,7 @@ class TerminalFrontEnd {
     int run();
 
   private:
+    int switchLowPowerMode(bool enabled);
     void print();
 
     BatteryMonitor& monitor_;

@@ -54,15 +54,7 @@ std::string timeToFull(const BatterySnapshot& s) {
            localized("until fully charged");
 }
 
-}  // namespace
-
-std::string textDashboard(const DashboardState& state) {
-    const BatterySnapshot& s = state.snapshot;
-    std::ostringstream out;
-    if (s == BatterySnapshot::empty()) {
-        out << localized("No battery found") << "\n";
-        return out.str();
-    }
+void batteryLines(std::ostringstream& out, const BatterySnapshot& s) {
     out << localized("Battery") << " — " << s.level << "%  ·  " << s.stateLabel() << "  ·  "
         << timeToFull(s) << "\n";
     out << row(localized("Power usage"), watts(s.systemWatts));
@@ -81,6 +73,35 @@ std::string textDashboard(const DashboardState& state) {
         out << row(localized("Charger output"), charger);
     }
     out << row(localized("Temperature"), temperature(s.temperatureCelsius));
+}
+
+std::string applicationWatts(double watts) {
+    if (watts > 0 && watts < 0.01) {
+        return localized("less than 0.01 W");
+    }
+    return decimal(watts, 2) + " " + localized("W");
+}
+
+}  // namespace
+
+std::string textDashboard(const DashboardState& state) {
+    std::ostringstream out;
+    if (state.snapshot == BatterySnapshot::empty()) {
+        out << localized("No battery found") << "\n";
+    } else {
+        batteryLines(out, state.snapshot);
+    }
+    out << row(localized("Low Power Mode"),
+               state.lowPowerMode ? localized(*state.lowPowerMode ? "On" : "Off") : unknownValue);
+    out << localized("App energy usage") << " (" << state.windowLabel << ")\n";
+    if (state.applications.empty()) {
+        out << "  " << localized("Gathering data…") << "\n";
+    }
+    int rank = 0;
+    for (const AppEnergy& application : state.applications) {
+        out << row(std::to_string(++rank) + "  " + application.name,
+                   applicationWatts(application.watts));
+    }
     return out.str();
 }
 

@@ -22,12 +22,16 @@ int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
 
     const platform::PlatformOptions options{.sysfsRoot = commandLine.sysfsRoot,
-                                            .procRoot = std::nullopt};
+                                            .procRoot = commandLine.procRoot};
     const auto batteryRegistry = platform::makeBatteryRegistry(options);
     const auto smcController = platform::makeSMCController();
+    const auto processSource = platform::makeProcessSource(options);
+    const auto applicationCatalog = platform::makeApplicationCatalog(options);
+    const auto lowPowerModeBackend = platform::makeLowPowerModeBackend();
     RunLoop runLoop;
-    BatteryMonitor::configureShared(
-        {*batteryRegistry, *smcController, runLoop, SystemClock::instance()});
+    BatteryMonitor::configureShared({*batteryRegistry, *smcController, *processSource,
+                                     *applicationCatalog, *lowPowerModeBackend, runLoop,
+                                     SystemClock::instance()});
 
     const bool redrawInPlace = commandLine.mode == CommandLine::Mode::dashboard &&
                                !commandLine.json && isatty(STDOUT_FILENO);

@@ -21,4 +21,13 @@ std::string localized(std::string_view english) {
     return translator ? translator(english) : std::string(english);
 }
 
+std::string formatInteger(std::string_view format, long long value) {
+    std::string text(format);
+    const auto placeholder = text.find("%d");
+    if (placeholder != std::string::npos) {
+        text.replace(placeholder, 2, std::to_string(value));
+    }
+    return text;
+}
+
 }  // namespace voltaro

@@ -13,4 +13,7 @@ using Translator = std::function<std::string(std::string_view english)>;
 void installTranslator(Translator translator);
 std::string localized(std::string_view english);
 
+// Fills the first "%d" of a looked-up format with the number.
+std::string formatInteger(std::string_view format, long long value);
+
 }  // namespace voltaro

@@ -4,16 +4,15 @@
 
 namespace voltaro {
 
-LowPowerModeController::LowPowerModeController(std::unique_ptr<LowPowerModeBackend> backend)
-    : backend_(std::move(backend)) {}
+LowPowerModeController::LowPowerModeController(LowPowerModeBackend& backend) : backend_(backend) {}
 
 std::optional<bool> LowPowerModeController::currentValue() const {
-    return backend_->currentValue();
+    return backend_.currentValue();
 }
 
 void LowPowerModeController::setEnabled(bool enabled, MainExecutor& executor,
                                         Completion completion) {
-    LowPowerModeBackend* backend = backend_.get();
+    LowPowerModeBackend* backend = &backend_;
     worker_.enqueue([backend, enabled, &executor, completion = std::move(completion)]() mutable {
         auto outcome = backend->setEnabled(enabled);
         executor.post([completion = std::move(completion), outcome = std::move(outcome)] {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <optional>
 
 #include "core/common/MainExecutor.h"
@@ -17,7 +16,8 @@ class LowPowerModeController {
   public:
     using Completion = std::function<void(std::optional<LowPowerModeError>)>;
 
-    explicit LowPowerModeController(std::unique_ptr<LowPowerModeBackend> backend);
+    // The backend outlives the controller.
+    explicit LowPowerModeController(LowPowerModeBackend& backend);
 
     // Blocks the calling thread until the system has answered.
     std::optional<bool> currentValue() const;
@@ -28,8 +28,8 @@ class LowPowerModeController {
     void setEnabled(bool enabled, MainExecutor& executor, Completion completion);
 
   private:
-    std::unique_ptr<LowPowerModeBackend> backend_;
-    SerialWorker worker_;  // after the backend: stops before the backend goes
+    LowPowerModeBackend& backend_;
+    SerialWorker worker_;
 };
 
 }  // namespace voltaro

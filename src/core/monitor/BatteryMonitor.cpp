@@ -1,6 +1,10 @@
 #include "core/monitor/BatteryMonitor.h"
 
+#include <algorithm>
+#include <cmath>
 #include <stdexcept>
+
+#include "core/common/Localization.h"
 
 namespace voltaro {
 namespace {
@@ -21,7 +25,9 @@ void BatteryMonitor::LoopTask::cancel() {
 
 BatteryMonitor::BatteryMonitor(Services services)
     : services_(services),
-      batteryReader_(services.batteryRegistry, services.smcController, services.clock) {}
+      batteryReader_(services.batteryRegistry, services.smcController, services.clock),
+      processEnergyMonitor_(services.processSource, services.applicationCatalog, services.clock),
+      lowPowerModeController_(services.lowPowerModeBackend) {}
 
 void BatteryMonitor::configureShared(Services services) {
     sharedServices().emplace(services);
@@ -74,8 +80,74 @@ void BatteryMonitor::cancelLoop(std::uint64_t loop) {
 void BatteryMonitor::refreshNow() {
     snapshot_.set(batteryReader_.read());
     // The energy ranking of this refresh rests on the snapshot just stored.
+    publishEnergyReport();
     refreshCount_.set(refreshCount_.get() + 1);
-    // The low power mode step reads the count that includes this refresh.
+    // Reads the count that includes this refresh.
+    queryLowPowerModeIfDue();
+}
+
+void BatteryMonitor::publishEnergyReport() {
+    auto report = processEnergyMonitor_.sample(snapshot_.get().systemWatts);
+    topApplications_.set(std::move(report.applications));
+    appEnergyWindowDuration_.set(report.collectedDuration);
+}
+
+std::string BatteryMonitor::appEnergyWindowLabel() const {
+    const double duration = appEnergyWindowDuration_.get();
+    // Whole seconds; a negative duration (the clock was set back) and NaN show as 0.
+    const long long seconds = duration >= 1 ? static_cast<long long>(std::min(duration, 1e9)) : 0;
+    if (seconds >= 18) {
+        return localized("average over 20 sec");
+    }
+    return formatInteger(localized("collected %d sec / 20 sec"), seconds);
+}
+
+void BatteryMonitor::queryLowPowerModeIfDue() {
+    // The query starts a command or a bus call: every fifth refresh is often enough.
+    constexpr std::int64_t queryEvery = 5;
+    const std::int64_t count = refreshCount_.get();
+    if (count != 1 && count % queryEvery != 0) {
+        return;
+    }
+    if (const auto enabled = lowPowerModeController_.currentValue()) {
+        isLowPowerModeEnabled_.set(*enabled);
+        isLowPowerModeKnown_.set(true);
+    }
+}
+
+void BatteryMonitor::setLowPowerMode(bool enabled) {
+    if (isChangingLowPowerMode_.get()) {
+        return;
+    }
+    isChangingLowPowerMode_.set(true);
+    lowPowerModeError_.set(std::nullopt);
+    lowPowerModeController_.setEnabled(
+        enabled, services_.mainExecutor,
+        [this, enabled](const std::optional<LowPowerModeError>& error) {
+            finishLowPowerModeChange(enabled, error);
+        });
+}
+
+void BatteryMonitor::finishLowPowerModeChange(bool enabled,
+                                              const std::optional<LowPowerModeError>& error) {
+    if (!error) {
+        isLowPowerModeEnabled_.set(lowPowerModeController_.currentValue().value_or(enabled));
+        isLowPowerModeKnown_.set(true);
+    } else {
+        switch (error->kind) {
+            case LowPowerModeError::Kind::launchFailed:
+                lowPowerModeError_.set(localized("Could not open system confirmation"));
+                break;
+            case LowPowerModeError::Kind::cancelled:
+                lowPowerModeError_.set(localized("Change cancelled"));
+                break;
+            case LowPowerModeError::Kind::failed:
+                lowPowerModeError_.set(error->message.empty() ? localized("Could not change mode")
+                                                              : error->message);
+                break;
+        }
+    }
+    isChangingLowPowerMode_.set(false);
 }
 
 }  // namespace voltaro

@@ -4,10 +4,18 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "core/common/Clock.h"
 #include "core/common/MainExecutor.h"
 #include "core/common/Published.h"
+#include "core/controls/LowPowerModeBackend.h"
+#include "core/controls/LowPowerModeController.h"
+#include "core/energy/AppEnergy.h"
+#include "core/energy/ApplicationCatalog.h"
+#include "core/energy/ProcessEnergyMonitor.h"
+#include "core/energy/ProcessSource.h"
 #include "core/telemetry/BatteryReader.h"
 #include "core/telemetry/BatteryRegistry.h"
 #include "core/telemetry/BatterySnapshot.h"
@@ -23,6 +31,9 @@ class BatteryMonitor {
     struct Services {
         BatteryRegistry& batteryRegistry;
         SMCController& smcController;
+        ProcessSource& processSource;
+        ApplicationCatalog& applicationCatalog;
+        LowPowerModeBackend& lowPowerModeBackend;
         MainExecutor& mainExecutor;
         const Clock& clock;
     };
@@ -54,20 +65,44 @@ class BatteryMonitor {
     // an inert task when a loop already runs.
     [[nodiscard]] LoopTask run();
     void refreshNow();
+    // Asks the system to switch its low power mode; one change at a time, the outcome comes later
+    // through the low power properties.
+    void setLowPowerMode(bool enabled);
+
+    // "average over 20 sec", or how much of the window has been collected so far.
+    std::string appEnergyWindowLabel() const;
 
     Observable<BatterySnapshot>& snapshot() { return snapshot_; }
     Observable<std::int64_t>& refreshCount() { return refreshCount_; }
     Observable<bool>& isRunning() { return isRunning_; }
+    Observable<std::vector<AppEnergy>>& topApplications() { return topApplications_; }
+    Observable<double>& appEnergyWindowDuration() { return appEnergyWindowDuration_; }
+    Observable<bool>& isLowPowerModeEnabled() { return isLowPowerModeEnabled_; }
+    // Whether the system has ever told the mode; until then isLowPowerModeEnabled is a guess.
+    Observable<bool>& isLowPowerModeKnown() { return isLowPowerModeKnown_; }
+    Observable<bool>& isChangingLowPowerMode() { return isChangingLowPowerMode_; }
+    Observable<std::optional<std::string>>& lowPowerModeError() { return lowPowerModeError_; }
 
   private:
     void loopTurn(std::uint64_t loop);
     void cancelLoop(std::uint64_t loop);
+    void publishEnergyReport();
+    void queryLowPowerModeIfDue();
+    void finishLowPowerModeChange(bool enabled, const std::optional<LowPowerModeError>& error);
 
     Services services_;
     BatteryReader batteryReader_;
+    ProcessEnergyMonitor processEnergyMonitor_;
+    LowPowerModeController lowPowerModeController_;
     Published<std::int64_t, NotifyRule::onEveryAssignment> refreshCount_{0};
     Published<bool> isRunning_{false};
     Published<BatterySnapshot> snapshot_{BatterySnapshot::empty()};
+    Published<std::vector<AppEnergy>, NotifyRule::onEveryAssignment> topApplications_;
+    Published<double> appEnergyWindowDuration_{0};
+    Published<bool> isLowPowerModeEnabled_{false};
+    Published<bool> isLowPowerModeKnown_{false};
+    Published<bool> isChangingLowPowerMode_{false};
+    Published<std::optional<std::string>> lowPowerModeError_;
 
     std::uint64_t currentLoop_ = 0;
     std::optional<MainExecutor::TimerId> pendingTurn_;

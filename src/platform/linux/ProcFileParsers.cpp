@@ -101,8 +101,11 @@ std::optional<StatFields> parseStat(std::string_view text) {
 std::optional<StatusFields> parseStatus(std::string_view text) {
     std::optional<std::uint64_t> realUID;
     std::optional<std::uint64_t> switches;
+    bool isKernelThread = false;
     forEachKeyValueLine(text, [&](std::string_view key, std::string_view value) {
-        if (key == "Uid" && !realUID) {
+        if (key == "Kthread") {
+            isKernelThread = trimmed(value) == "1";
+        } else if (key == "Uid" && !realUID) {
             realUID = parseDecimal(firstWord(value));
             if (!realUID) {
                 realUID = std::numeric_limits<std::uint64_t>::max();  // present but garbled
@@ -115,7 +118,7 @@ std::optional<StatusFields> parseStatus(std::string_view text) {
     if (!realUID || *realUID > std::numeric_limits<std::uint32_t>::max()) {
         return std::nullopt;
     }
-    return StatusFields{static_cast<std::uint32_t>(*realUID), switches.value_or(0)};
+    return StatusFields{static_cast<std::uint32_t>(*realUID), switches.value_or(0), isKernelThread};
 }
 
 std::optional<IoFields> parseIo(std::string_view text) {

@@ -19,6 +19,7 @@ struct StatFields {
 struct StatusFields {
     std::uint32_t realUID = 0;
     std::uint64_t voluntaryContextSwitches = 0;  // 0 when the kernel does not report it
+    bool isKernelThread = false;  // kernels before 6.0 do not say; their threads are root's
     friend bool operator==(const StatusFields&, const StatusFields&) = default;
 };
 

@@ -176,7 +176,7 @@ ProcProcessSource::CheckResult ProcProcessSource::check(ProcessID pid, TrackedPr
     if (!status) {
         return CheckResult::unreadable;
     }
-    process.realUID = status->realUID;
+    process.isListed = isListed(*status);
     process.voluntaryContextSwitches = status->voluntaryContextSwitches;
     process.runTimeNanoseconds = nanoseconds;
     process.isCurrent = true;
@@ -200,7 +200,7 @@ std::vector<ProcessID> ProcProcessSource::userProcessIDs() {
         if (const auto found = tracked_.find(*pid); found != tracked_.end()) {
             const CheckResult result = check(*pid, found->second);
             if (result != CheckResult::gone) {
-                if (found->second.isCurrent && isUsers(found->second.realUID)) {
+                if (found->second.isCurrent && found->second.isListed) {
                     pids.push_back(*pid);
                 }
                 continue;
@@ -216,7 +216,7 @@ std::vector<ProcessID> ProcProcessSource::userProcessIDs() {
                 const CheckResult result = check(*pid, added->second);
                 if (result == CheckResult::gone) {
                     tracked_.erase(added);
-                } else if (added->second.isCurrent && isUsers(added->second.realUID)) {
+                } else if (added->second.isCurrent && added->second.isListed) {
                     pids.push_back(*pid);
                 }
                 continue;
@@ -226,7 +226,7 @@ std::vector<ProcessID> ProcProcessSource::userProcessIDs() {
             }
         }
         // Out of descriptors: read this one afresh in every pass.
-        if (isUntrackedUsers(*pid)) {
+        if (isListedUntracked(*pid)) {
             pids.push_back(*pid);
         }
     }
@@ -236,7 +236,7 @@ std::vector<ProcessID> ProcProcessSource::userProcessIDs() {
     return pids;
 }
 
-bool ProcProcessSource::isUntrackedUsers(ProcessID pid) {
+bool ProcProcessSource::isListedUntracked(ProcessID pid) {
     ++processesReadInLastListing_;
     int error = 0;
     const ProcDirectory directory =
@@ -245,7 +245,7 @@ bool ProcProcessSource::isUntrackedUsers(ProcessID pid) {
         return false;
     }
     const std::optional<StatusFields> status = parseStatus(buffer_);
-    return status && isUsers(status->realUID);
+    return status && isListed(*status);
 }
 
 std::optional<ProcessUsage> ProcProcessSource::usage(ProcessID pid) {

@@ -9,6 +9,7 @@
 
 #include "core/energy/ProcessSource.h"
 #include "platform/linux/ProcDirectory.h"
+#include "platform/linux/ProcFileParsers.h"
 
 namespace voltaro::platform {
 
@@ -60,7 +61,7 @@ class ProcProcessSource final : public ProcessSource {
     struct TrackedProcess {
         ProcDirectory directory;
         std::optional<std::uint64_t> runTimeNanoseconds;  // when the fields below were read
-        std::uint32_t realUID = 0;
+        bool isListed = false;  // the real user's, and not a kernel thread
         std::uint64_t voluntaryContextSwitches = 0;
         std::optional<ProcessUsage> usage;  // read since the run time last changed
         std::uint64_t checkedInPass = 0;
@@ -71,11 +72,13 @@ class ProcProcessSource final : public ProcessSource {
     CheckResult check(ProcessID pid, TrackedProcess& process);
     std::optional<std::uint64_t> runTime(ProcessID pid, const ProcDirectory& directory,
                                          bool& isGone) const;
-    bool isUsers(std::uint32_t realUID) const { return realUID == realUID_; }
+    bool isListed(const StatusFields& status) const {
+        return status.realUID == realUID_ && !status.isKernelThread;
+    }
     std::optional<ProcessUsage> readUsage(const ProcDirectory& directory,
                                           std::uint64_t voluntaryContextSwitches, bool& isGone);
     std::optional<ProcessUsage> readUntrackedUsage(ProcessID pid);
-    bool isUntrackedUsers(ProcessID pid);
+    bool isListedUntracked(ProcessID pid);
 
     std::string procRoot_;
     std::uint32_t realUID_;

@@ -7,45 +7,11 @@
 #include <thread>
 #include <vector>
 
+#include "support/CrossThreadExecutor.h"
 #include "support/ManualScheduler.h"
 
 namespace voltaro {
 namespace {
-
-// Lets the worker thread post into the manual scheduler, and the test wait for those posts
-// without sleeping.
-class CrossThreadExecutor final : public MainExecutor {
-  public:
-    explicit CrossThreadExecutor(testing::ManualScheduler& scheduler) : scheduler_(scheduler) {}
-
-    void post(Task task) override {
-        {
-            std::lock_guard lock(mutex_);
-            scheduler_.post(std::move(task));
-            ++posts_;
-        }
-        posted_.notify_all();
-    }
-    TimerId runAfter(std::chrono::milliseconds delay, Task task) override {
-        return scheduler_.runAfter(delay, std::move(task));
-    }
-    void cancel(TimerId timer) override { scheduler_.cancel(timer); }
-
-    void waitForPosts(std::size_t count) {
-        std::unique_lock lock(mutex_);
-        posted_.wait(lock, [&] { return posts_ >= count; });
-    }
-    void runPosted() {
-        std::lock_guard lock(mutex_);
-        scheduler_.runPosted();
-    }
-
-  private:
-    testing::ManualScheduler& scheduler_;
-    std::mutex mutex_;
-    std::condition_variable posted_;
-    std::size_t posts_ = 0;
-};
 
 // Answers each change with the next prepared outcome, once the test opens the gate for it.
 class GatedBackend final : public LowPowerModeBackend {
@@ -96,9 +62,10 @@ class LowPowerModeControllerTest : public ::testing::Test {
     }
 
     testing::ManualScheduler scheduler_;
-    CrossThreadExecutor executor_{scheduler_};
+    testing::CrossThreadExecutor executor_{scheduler_};
     std::shared_ptr<GatedBackend::Shared> shared_ = std::make_shared<GatedBackend::Shared>();
-    LowPowerModeController controller_{std::make_unique<GatedBackend>(shared_)};
+    GatedBackend backend_{shared_};
+    LowPowerModeController controller_{backend_};
 };
 
 TEST_F(LowPowerModeControllerTest, RunsTheChangeOffTheMainThreadAndHandsTheOutcomeBack) {

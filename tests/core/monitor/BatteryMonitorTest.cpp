@@ -4,7 +4,11 @@
 
 #include <vector>
 
+#include "support/CrossThreadExecutor.h"
+#include "support/FakeApplicationCatalog.h"
 #include "support/FakeBatteryRegistry.h"
+#include "support/FakeLowPowerModeBackend.h"
+#include "support/FakeProcessSource.h"
 #include "support/ManualScheduler.h"
 
 namespace voltaro {
@@ -28,9 +32,13 @@ class BatteryMonitorTest : public ::testing::Test {
     }
 
     testing::ManualScheduler scheduler;
+    testing::CrossThreadExecutor executor{scheduler};
     testing::FakeBatteryRegistry registry;
     testing::ClosedSMCController smc;
-    BatteryMonitor monitor{{registry, smc, scheduler, scheduler}};
+    testing::FakeProcessSource processes;
+    testing::FakeApplicationCatalog catalog;
+    testing::FakeLowPowerModeBackend lowPowerMode;
+    BatteryMonitor monitor{{registry, smc, processes, catalog, lowPowerMode, executor, scheduler}};
     std::vector<MonotonicTime> readTimes;
 };
 
@@ -124,11 +132,113 @@ TEST_F(BatteryMonitorTest, SnapshotNotifiesOnlyOnChange) {
     EXPECT_NE(told[0], BatterySnapshot::empty());
 }
 
+TEST_F(BatteryMonitorTest, PublishesTheEnergyReportOfEachRefresh) {
+    registry.dictionary =
+        PropertyDictionary{{"PowerTelemetryData", PropertyDictionary{{"SystemLoad", 20000}}}};
+    processes.add(100, 1, "/usr/bin/compiler", "compiler");
+    int told = 0;
+    monitor.topApplications().subscribe([&](const auto&) { ++told; });
+
+    monitor.refreshNow();
+    EXPECT_TRUE(monitor.topApplications().get().empty());
+    EXPECT_EQ(monitor.appEnergyWindowDuration().get(), 0);
+
+    scheduler.spend(2s);
+    processes.addEnergy(100, 20);  // 10 W over 2 s
+    monitor.refreshNow();
+    ASSERT_EQ(monitor.topApplications().get().size(), 1u);
+    EXPECT_EQ(monitor.topApplications().get()[0].name, "compiler");
+    EXPECT_EQ(monitor.appEnergyWindowDuration().get(), 2);
+
+    scheduler.spend(2s);
+    monitor.refreshNow();  // nothing used: an empty list, told all the same
+    EXPECT_EQ(told, 3);
+}
+
+TEST_F(BatteryMonitorTest, WindowCaptionCountsWholeSecondsUntilEighteen) {
+    const std::pair<double, const char*> cases[] = {
+        {0, "collected 0 sec / 20 sec"},   {0.9, "collected 0 sec / 20 sec"},
+        {6.5, "collected 6 sec / 20 sec"}, {17.99, "collected 17 sec / 20 sec"},
+        {18, "average over 20 sec"},       {19.5, "average over 20 sec"},
+        {20, "average over 20 sec"},       {-3, "collected 0 sec / 20 sec"}};
+    for (const auto& [seconds, caption] : cases) {
+        processes.add(1, 0, "/bin/x", "x");
+        testing::ManualScheduler clock;
+        // The duration comes from the energy pass: place the first pass `seconds` before now.
+        BatteryMonitor probe{{registry, smc, processes, catalog, lowPowerMode, executor, clock}};
+        probe.refreshNow();
+        clock.setWallClock(clock.wallNow() + std::chrono::duration_cast<std::chrono::milliseconds>(
+                                                 std::chrono::duration<double>(seconds)));
+        probe.refreshNow();
+        EXPECT_EQ(probe.appEnergyWindowLabel(), caption) << seconds;
+    }
+}
+
+TEST_F(BatteryMonitorTest, QueriesLowPowerModeOnTheFirstAndEveryFifthRefresh) {
+    std::vector<int> queriedOn;
+    for (int refresh = 1; refresh <= 15; ++refresh) {
+        const int before = lowPowerMode.queries();
+        monitor.refreshNow();
+        if (lowPowerMode.queries() > before) {
+            queriedOn.push_back(refresh);
+        }
+    }
+    EXPECT_EQ(queriedOn, (std::vector<int>{1, 5, 10, 15}));
+}
+
+TEST_F(BatteryMonitorTest, UnknownLowPowerModeKeepsThePublishedValue) {
+    lowPowerMode.setCurrent(true);
+    monitor.refreshNow();
+    EXPECT_TRUE(monitor.isLowPowerModeEnabled().get());
+    lowPowerMode.setCurrent(std::nullopt);
+    for (int i = 0; i < 4; ++i) {
+        monitor.refreshNow();
+    }
+    EXPECT_TRUE(monitor.isLowPowerModeEnabled().get());
+}
+
+TEST_F(BatteryMonitorTest, OneLowPowerModeChangeAtATime) {
+    monitor.setLowPowerMode(true);
+    EXPECT_TRUE(monitor.isChangingLowPowerMode().get());
+    monitor.setLowPowerMode(false);  // ignored while the first is pending
+    executor.waitForPosts(1);
+    executor.runPosted();
+    EXPECT_EQ(lowPowerMode.requests(), std::vector<bool>{true});
+    EXPECT_FALSE(monitor.isChangingLowPowerMode().get());
+    // The follow-up query knew nothing: the requested value is taken.
+    EXPECT_TRUE(monitor.isLowPowerModeEnabled().get());
+    EXPECT_FALSE(monitor.lowPowerModeError().get());
+}
+
+TEST_F(BatteryMonitorTest, FailedChangesShowTheirTextUntilTheNextRequest) {
+    const std::pair<LowPowerModeError, const char*> cases[] = {
+        {LowPowerModeError::launchFailed(), "Could not open system confirmation"},
+        {LowPowerModeError::cancelled(), "Change cancelled"},
+        {LowPowerModeError::failed("Profile is held by another program"),
+         "Profile is held by another program"},
+        {LowPowerModeError::failed(""), "Could not change mode"}};
+    std::size_t posts = 0;
+    for (const auto& [error, text] : cases) {
+        lowPowerMode.setOutcome(error);
+        monitor.setLowPowerMode(true);
+        EXPECT_FALSE(monitor.lowPowerModeError().get());  // cleared at once
+        executor.waitForPosts(++posts);
+        executor.runPosted();
+        EXPECT_EQ(monitor.lowPowerModeError().get(), text);
+        EXPECT_FALSE(monitor.isLowPowerModeEnabled().get());
+        EXPECT_FALSE(monitor.isChangingLowPowerMode().get());
+    }
+}
+
 TEST(BatteryMonitorSharedTest, IsOneInstanceBuiltOnFirstUse) {
     static testing::ManualScheduler scheduler;
     static testing::FakeBatteryRegistry registry;
     static testing::ClosedSMCController smc;
-    BatteryMonitor::configureShared({registry, smc, scheduler, scheduler});
+    static testing::FakeProcessSource processes;
+    static testing::FakeApplicationCatalog catalog;
+    static testing::FakeLowPowerModeBackend lowPowerMode;
+    BatteryMonitor::configureShared(
+        {registry, smc, processes, catalog, lowPowerMode, scheduler, scheduler});
     BatteryMonitor& first = BatteryMonitor::shared();
     EXPECT_EQ(&first, &BatteryMonitor::shared());
     EXPECT_EQ(first.refreshCount().get(), 0);  // no refresh at construction

@@ -64,6 +64,8 @@ TEST(ProcFileParsersTest, ReadsTheRealUserAndVoluntarySwitchesFromStatus) {
                 "nonvoluntary_ctxt_switches:\t2\n",
          StatusFields{1000, 9}},
         {"no switch counts", head + "Uid:\t0\t0\t0\t0\n", StatusFields{0, 0}},
+        {"kernel thread", head + "Uid:\t0\t0\t0\t0\nKthread:\t1\n", StatusFields{0, 0, true}},
+        {"user thread", head + "Uid:\t0\t0\t0\t0\nKthread:\t0\n", StatusFields{0, 0, false}},
         {"no Uid line", head + "voluntary_ctxt_switches:\t9\n", std::nullopt},
         {"garbled Uid", head + "Uid:\tx\t0\t0\t0\nvoluntary_ctxt_switches:\t9\n", std::nullopt},
         {"Uid beyond 32 bits", head + "Uid:\t4294967296\t0\t0\t0\n", std::nullopt},
