@@ -8,6 +8,8 @@ packages=(
     nlohmann-json3-dev libcli11-dev
     libsystemd-dev
     dbus-daemon polkitd power-profiles-daemon
+    qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-l10n-tools qt6-qpa-plugins fonts-dejavu-core
+    xvfb xauth
 )
 
 missing=()

@@ -1,26 +1,14 @@
 #include "app/TextDashboard.h"
 
-#include <cmath>
-#include <cstdio>
-#include <optional>
 #include <sstream>
 
 #include "core/common/Localization.h"
+#include "core/presentation/DashboardTexts.h"
+#include "core/presentation/DisplayPreferences.h"
+#include "core/presentation/TemperatureUnitPreference.h"
 
 namespace voltaro {
 namespace {
-
-constexpr const char* unknownValue = "—";
-
-std::string decimal(double value, int fractionDigits) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.*f", fractionDigits, value);
-    return text;
-}
-
-std::string watts(std::optional<double> value) {
-    return (value ? decimal(*value, 1) : unknownValue) + " " + localized("W");
-}
 
 std::string row(const std::string& title, const std::string& value) {
     constexpr std::size_t column = 22;
@@ -34,52 +22,29 @@ std::string row(const std::string& title, const std::string& value) {
     return line + value + "\n";
 }
 
-std::string temperature(std::optional<double> celsius) {
-    return (celsius ? decimal(*celsius, 1) : unknownValue) + std::string(" °C");
-}
-
-std::string timeToFull(const BatterySnapshot& s) {
-    if (s.level >= 100) {
-        return localized("Battery is fully charged");
+std::string oneLine(std::string text) {
+    for (char& c : text) {
+        if (c == '\n') {
+            c = ' ';
+        }
     }
-    if (!(s.isConnectedToPower && s.isCharging)) {
-        return localized("Not charging");
-    }
-    if (!s.timeToFullMinutes) {
-        return localized("Calculating time…");
-    }
-    const auto hours = *s.timeToFullMinutes / 60;
-    const auto minutes = *s.timeToFullMinutes % 60;
-    return std::to_string(hours) + " h " + std::to_string(minutes) + " min " +
-           localized("until fully charged");
+    return text;
 }
 
 void batteryLines(std::ostringstream& out, const BatterySnapshot& s) {
-    out << localized("Battery") << " — " << s.level << "%  ·  " << s.stateLabel() << "  ·  "
-        << timeToFull(s) << "\n";
-    out << row(localized("Power usage"), watts(s.systemWatts));
+    out << chargeLine(s) << "  ·  " << s.stateLabel() << "  ·  " << oneLine(chargeTimeText(s))
+        << "\n";
+    out << row(systemPowerTitle(), metricValueText(s.systemWatts, wattUnit()));
     if (s.isConnectedToPower) {
-        const bool draining = s.batteryPowerWatts && *s.batteryPowerWatts < -0.1;
-        const auto magnitude = s.batteryPowerWatts
-                                   ? std::optional<double>(std::fabs(*s.batteryPowerWatts))
-                                   : std::nullopt;
-        out << row(localized(draining ? "From battery" : "To battery"), watts(magnitude));
-        std::string charger = watts(s.adapterWatts);
-        if (s.adapterCapacityWatts) {
-            charger += "  (" + localized("rated") + " " +
-                       std::to_string(std::llround(*s.adapterCapacityWatts)) + " " +
-                       localized("W") + ")";
+        out << row(batteryFlowTitle(s), metricValueText(batteryFlowWatts(s), wattUnit()));
+        std::string charger = metricValueText(s.adapterWatts, wattUnit());
+        if (const auto caption = adapterCaption(s)) {
+            charger += "  (" + *caption + ")";
         }
         out << row(localized("Charger output"), charger);
     }
-    out << row(localized("Temperature"), temperature(s.temperatureCelsius));
-}
-
-std::string applicationWatts(double watts) {
-    if (watts > 0 && watts < 0.01) {
-        return localized("less than 0.01 W");
-    }
-    return decimal(watts, 2) + " " + localized("W");
+    out << row(localized("Temperature"),
+               temperatureText(s.temperatureCelsius, temperatureUnitDefault));
 }
 
 }  // namespace
@@ -92,7 +57,7 @@ std::string textDashboard(const DashboardState& state) {
         batteryLines(out, state.snapshot);
     }
     out << row(localized("Low Power Mode"),
-               state.lowPowerMode ? localized(*state.lowPowerMode ? "On" : "Off") : unknownValue);
+               state.lowPowerMode ? localized(*state.lowPowerMode ? "On" : "Off") : "—");
     out << localized("App energy usage") << " (" << state.windowLabel << ")\n";
     if (state.applications.empty()) {
         out << "  " << localized("Gathering data…") << "\n";
@@ -100,7 +65,7 @@ std::string textDashboard(const DashboardState& state) {
     int rank = 0;
     for (const AppEnergy& application : state.applications) {
         out << row(std::to_string(++rank) + "  " + application.name,
-                   applicationWatts(application.watts));
+                   applicationWattsText(application.watts));
     }
     return out.str();
 }

@@ -1,0 +1,179 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "core/common/Localization.h"
+#include "core/presentation/BatteryGlyph.h"
+#include "core/presentation/DashboardTexts.h"
+#include "core/presentation/SettingsTexts.h"
+#include "core/presentation/TemperatureUnitPreference.h"
+
+namespace voltaro {
+namespace {
+
+BatterySnapshot snapshotWith(bool connected, bool charging, std::optional<double> batteryWatts) {
+    BatterySnapshot snapshot;
+    snapshot.level = 50;
+    snapshot.isConnectedToPower = connected;
+    snapshot.isCharging = charging;
+    snapshot.batteryPowerWatts = batteryWatts;
+    return snapshot;
+}
+
+TEST(BatteryGlyphTest, ChoosesTheBodyByLevelBand) {
+    const std::pair<std::int64_t, std::string_view> cases[] = {
+        {0, "battery.0percent"},    {12, "battery.0percent"},  {13, "battery.25percent"},
+        {37, "battery.25percent"},  {38, "battery.50percent"}, {62, "battery.50percent"},
+        {63, "battery.75percent"},  {87, "battery.75percent"}, {88, "battery.100percent"},
+        {100, "battery.100percent"}};
+    for (const auto& [level, symbol] : cases) {
+        EXPECT_EQ(batteryBodySymbol(level), symbol) << level;
+    }
+}
+
+TEST(BatteryGlyphTest, ChoosesTheAccessoryByPowerState) {
+    const struct {
+        const char* description;
+        BatterySnapshot snapshot;
+        GlyphAccessory expected;
+    } cases[] = {
+        {"on battery", snapshotWith(false, false, -12), GlyphAccessory::none},
+        {"charging without a connection", snapshotWith(false, true, std::nullopt),
+         GlyphAccessory::bolt},
+        {"charging", snapshotWith(true, true, 20), GlyphAccessory::bolt},
+        {"connected, charge still flowing in", snapshotWith(true, false, 0.01),
+         GlyphAccessory::bolt},
+        {"connected and idle", snapshotWith(true, false, 0), GlyphAccessory::plug},
+        {"connected, flow unknown", snapshotWith(true, false, std::nullopt), GlyphAccessory::plug},
+        {"connected but drained", snapshotWith(true, false, -3.2), GlyphAccessory::plug},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(glyphAccessory(c.snapshot), c.expected) << c.description;
+    }
+}
+
+TEST(DashboardTextsTest, ChargeTimeTextTakesTheFirstMatchingRule) {
+    BatterySnapshot full = snapshotWith(false, false, std::nullopt);
+    full.level = 100;
+    BatterySnapshot charging = snapshotWith(true, true, 20);
+    charging.level = 80;
+    BatterySnapshot estimated = charging;
+    estimated.timeToFullMinutes = 95;
+    const std::pair<BatterySnapshot, std::string> cases[] = {
+        {full, "Battery is fully charged"},
+        {snapshotWith(false, false, -5), "Not charging"},
+        {snapshotWith(true, false, 0), "Not charging"},
+        {charging, "Calculating time…"},
+        {estimated, "Until fully charged\n1 hour, 35 minutes"},
+    };
+    for (const auto& [snapshot, expected] : cases) {
+        EXPECT_EQ(chargeTimeText(snapshot), expected);
+    }
+}
+
+TEST(DashboardTextsTest, WritesDurationsInAtMostTwoUnitsWithPlurals) {
+    const std::pair<std::int64_t, std::string> cases[] = {
+        {0, "0 minutes"},   {1, "1 minute"},          {59, "59 minutes"},
+        {60, "1 hour"},     {61, "1 hour, 1 minute"}, {125, "2 hours, 5 minutes"},
+        {1440, "24 hours"}, {-5, "0 minutes"},
+    };
+    for (const auto& [minutes, expected] : cases) {
+        EXPECT_EQ(formattedChargeDuration(minutes), expected) << minutes;
+    }
+}
+
+TEST(DashboardTextsTest, BatteryFlowDrainsOnlyBelowATenthOfAWatt) {
+    const struct {
+        std::optional<double> watts;
+        const char* title;
+        std::string_view symbol;
+        std::optional<double> magnitude;
+    } cases[] = {
+        {-3.2, "From battery", "arrow.up.to.line.compact", 3.2},
+        {-0.05, "To battery", "arrow.down.to.line.compact", 0.05},
+        {-0.1, "To battery", "arrow.down.to.line.compact", 0.1},
+        {0.0, "To battery", "arrow.down.to.line.compact", 0.0},
+        {std::nullopt, "To battery", "arrow.down.to.line.compact", std::nullopt},
+    };
+    for (const auto& c : cases) {
+        const BatterySnapshot snapshot = snapshotWith(true, false, c.watts);
+        EXPECT_EQ(batteryFlowTitle(snapshot), c.title);
+        EXPECT_EQ(batteryFlowSymbol(snapshot), c.symbol);
+        EXPECT_EQ(batteryFlowWatts(snapshot), c.magnitude);
+    }
+    EXPECT_EQ(metricValueText(batteryFlowWatts(snapshotWith(true, false, -0.05)), "W"), "0.1 W");
+}
+
+TEST(DashboardTextsTest, AdapterCaptionRoundsTheRatingHalfAwayFromZero) {
+    BatterySnapshot snapshot = snapshotWith(true, false, 0);
+    EXPECT_EQ(adapterCaption(snapshot), std::nullopt);
+    const std::pair<double, std::string> cases[] = {
+        {96.0, "Charger rated at 96 W"},
+        {29.5, "Charger rated at 30 W"},
+        {29.49, "Charger rated at 29 W"},
+    };
+    for (const auto& [watts, expected] : cases) {
+        snapshot.adapterCapacityWatts = watts;
+        EXPECT_EQ(adapterCaption(snapshot), expected);
+    }
+}
+
+TEST(DashboardTextsTest, FormatsCardAndApplicationValues) {
+    EXPECT_EQ(metricValueText(std::nullopt, "W"), "— W");
+    EXPECT_EQ(metricValueText(12.345, "W"), "12.3 W");
+    EXPECT_EQ(metricValueText(0, "W"), "0.0 W");
+    const std::pair<double, std::string> applications[] = {
+        {0.005, "less than 0.01 W"}, {0, "0.00 W"}, {0.01, "0.01 W"}, {1.2345, "1.23 W"}};
+    for (const auto& [watts, expected] : applications) {
+        EXPECT_EQ(applicationWattsText(watts), expected) << watts;
+    }
+}
+
+TEST(TemperatureUnitPreferenceTest, OnlyTheExactFahrenheitTextSwitchesTheUnit) {
+    const struct {
+        std::optional<double> celsius;
+        const char* stored;
+        const char* expected;
+    } cases[] = {
+        {31.46, "celsius", "31.5 °C"},    {31.46, "fahrenheit", "88.6 °F"},
+        {31.46, "Fahrenheit", "31.5 °C"}, {31.46, "kelvin", "31.5 °C"},
+        {31.46, "", "31.5 °C"},           {std::nullopt, "fahrenheit", "— °F"},
+        {std::nullopt, "kelvin", "— °C"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(temperatureText(c.celsius, c.stored), c.expected) << c.stored;
+    }
+    EXPECT_EQ(rawValue(temperatureUnitPreference("fahrenheit")), "fahrenheit");
+}
+
+TEST(SettingsTextsTest, VersionLineLeavesOutAnEmptyBuildNumber) {
+    EXPECT_EQ(versionText("1.4", "27"), "Version 1.4 (27)");
+    EXPECT_EQ(versionText("1.4", std::nullopt), "Version 1.4");
+    EXPECT_EQ(versionText("1.4", ""), "Version 1.4");
+    EXPECT_EQ(versionText(std::nullopt, "27"), "Version — (27)");
+}
+
+TEST(LocalizationTest, InstalledHooksTranslateCountsAndNumbers) {
+    installCountTranslator(
+        [](std::string_view english, long long count) -> std::optional<std::string> {
+            return english == "%n hour(s)"
+                       ? std::to_string(count) + (count == 1 ? " Stunde" : " Stunden")
+                       : std::to_string(count) + (count == 1 ? " Minute" : " Minuten");
+        });
+    installDecimalFormatter([](double value, int digits) {
+        std::string text =
+            std::to_string(static_cast<long long>(std::round(value * std::pow(10, digits))));
+        text.insert(text.size() - static_cast<std::size_t>(digits), ",");
+        return text;
+    });
+    EXPECT_EQ(formattedChargeDuration(125), "2 Stunden, 5 Minuten");
+    EXPECT_EQ(temperatureText(31.46, "celsius"), "31,5 °C");
+    installCountTranslator(nullptr);
+    installDecimalFormatter(nullptr);
+    EXPECT_EQ(formattedChargeDuration(1), "1 minute");
+}
+
+}  // namespace
+}  // namespace voltaro
