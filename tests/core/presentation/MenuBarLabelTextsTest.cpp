@@ -1,0 +1,68 @@
+#include "core/presentation/MenuBarLabelTexts.h"
+
+#include <gtest/gtest.h>
+
+namespace voltaro {
+namespace {
+
+BatterySnapshot batteryAt(std::int64_t level, std::optional<double> systemWatts) {
+    BatterySnapshot snapshot;
+    snapshot.level = level;
+    snapshot.systemWatts = systemWatts;
+    return snapshot;
+}
+
+TEST(MenuBarLabelTextsTest, StatusAndReservedTextsFollowTheChoices) {
+    const struct {
+        const char* description;
+        BatterySnapshot snapshot;
+        bool showsPercentage;
+        bool showsPowerUsage;
+        std::optional<std::string> status;
+        std::string reserved;
+    } cases[] = {
+        {"both off", batteryAt(57, 12.5), false, false, std::nullopt, ""},
+        {"percentage only, full", batteryAt(100, 12.5), true, false, "100%", "100%"},
+        {"power only", batteryAt(57, 7.4), false, true, "7 W", "000 W"},
+        {"power only, unknown", batteryAt(57, std::nullopt), false, true, std::nullopt, "000 W"},
+        {"both, power unknown", batteryAt(5, std::nullopt), true, true, "5%", "100% · 000 W"},
+        {"both, half a watt rounds away from zero", batteryAt(57, 12.5), true, true, "57% · 13 W",
+         "100% · 000 W"},
+        {"both, large draw", batteryAt(100, 119.6), true, true, "100% · 120 W", "100% · 000 W"},
+    };
+    for (const auto& c : cases) {
+        const MenuBarLabelChoices choices{c.showsPercentage, c.showsPowerUsage, true};
+        EXPECT_EQ(statusText(c.snapshot, choices), c.status) << c.description;
+        EXPECT_EQ(reservedStatusText(choices), c.reserved) << c.description;
+    }
+}
+
+TEST(MenuBarLabelTextsTest, HighlightsOnlyADrainWhileConnected) {
+    const struct {
+        bool connected;
+        std::optional<double> batteryWatts;
+        bool preference;
+        bool highlighted;
+    } cases[] = {
+        {true, -0.05, true, false}, {true, -0.2, true, true},   {true, std::nullopt, true, false},
+        {false, -12, true, false},  {true, -0.2, false, false},
+    };
+    for (const auto& c : cases) {
+        BatterySnapshot snapshot = batteryAt(50, 10);
+        snapshot.isConnectedToPower = c.connected;
+        snapshot.batteryPowerWatts = c.batteryWatts;
+        EXPECT_EQ(isHighlighted(snapshot, {true, true, c.preference}), c.highlighted)
+            << c.connected << " " << c.batteryWatts.value_or(0) << " " << c.preference;
+    }
+}
+
+TEST(MenuBarLabelTextsTest, AccessibilityTextNamesLevelAndState) {
+    EXPECT_EQ(accessibilityText(batteryAt(0, std::nullopt)), "Battery 0 percent, On battery");
+    BatterySnapshot charging = batteryAt(57, 20);
+    charging.isConnectedToPower = true;
+    charging.isCharging = true;
+    EXPECT_EQ(accessibilityText(charging), "Battery 57 percent, Charging");
+}
+
+}  // namespace
+}  // namespace voltaro

@@ -1,0 +1,91 @@
+#include "core/presentation/PopupPlacement.h"
+
+#include <gtest/gtest.h>
+
+namespace voltaro {
+
+void PrintTo(const ScreenPoint& point, std::ostream* out) {
+    *out << "(" << point.x << ", " << point.y << ")";
+}
+
+namespace {
+
+constexpr int popupWidth = 380;
+constexpr int popupHeight = 550;
+
+// A 1920 × 1080 screen at the origin with a 32-pixel panel on one edge.
+ScreenGeometry screenWithPanel(PanelEdge edge, int x = 0) {
+    const ScreenRect bounds{x, 0, 1920, 1080};
+    ScreenRect available = bounds;
+    switch (edge) {
+        case PanelEdge::top:
+            available = {x, 32, 1920, 1048};
+            break;
+        case PanelEdge::bottom:
+            available = {x, 0, 1920, 1048};
+            break;
+        case PanelEdge::left:
+            available = {x + 32, 0, 1888, 1080};
+            break;
+        case PanelEdge::right:
+            available = {x, 0, 1888, 1080};
+            break;
+    }
+    return {bounds, available};
+}
+
+TEST(PopupPlacementTest, OpensAwayFromThePanelCentredOnTheItem) {
+    const struct {
+        const char* description;
+        PanelEdge edge;
+        ScreenRect item;
+        ScreenPoint expected;
+    } cases[] = {
+        {"top panel", PanelEdge::top, {1000, 4, 24, 24}, {822, 32}},
+        {"bottom panel", PanelEdge::bottom, {1000, 1052, 24, 24}, {822, 1048 - 550}},
+        {"left panel", PanelEdge::left, {4, 500, 24, 24}, {32, 237}},
+        {"right panel", PanelEdge::right, {1892, 500, 24, 24}, {1888 - 380, 237}},
+        {"top-right corner", PanelEdge::top, {1890, 4, 24, 24}, {1920 - 380, 32}},
+        {"bottom-left corner", PanelEdge::bottom, {2, 1052, 24, 24}, {0, 1048 - 550}},
+        {"right panel, bottom corner", PanelEdge::right, {1892, 1050, 24, 24}, {1508, 1080 - 550}},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(popupPosition(c.item, {}, popupWidth, popupHeight, {screenWithPanel(c.edge)}),
+                  c.expected)
+            << c.description;
+    }
+}
+
+TEST(PopupPlacementTest, StaysOnTheScreenOfTheItem) {
+    const std::vector<ScreenGeometry> screens = {screenWithPanel(PanelEdge::bottom),
+                                                 screenWithPanel(PanelEdge::top, 1920)};
+    // Near the seam between the screens: the popup must not spill onto the first one.
+    EXPECT_EQ(popupPosition(ScreenRect{1925, 4, 24, 24}, {}, popupWidth, popupHeight, screens),
+              (ScreenPoint{1920, 32}));
+    EXPECT_EQ(popupPosition(ScreenRect{1900, 1052, 16, 16}, {}, popupWidth, popupHeight, screens),
+              (ScreenPoint{1920 - 380, 1048 - 550}));
+}
+
+TEST(PopupPlacementTest, WithoutAnAnchorOpensAtTheCursor) {
+    const std::vector<ScreenGeometry> screens = {screenWithPanel(PanelEdge::top)};
+    // The click's point alone, as some trays report it; the popup never covers the panel.
+    EXPECT_EQ(popupPosition(std::nullopt, {1000, 10}, popupWidth, popupHeight, screens),
+              (ScreenPoint{810, 32}));
+    EXPECT_EQ(popupPosition(ScreenRect{1000, 10, 0, 0}, {}, popupWidth, popupHeight, screens),
+              (ScreenPoint{810, 32}));
+    // A cursor in the middle of a screen without panels: below it, nearest edge decides.
+    const std::vector<ScreenGeometry> bare = {{{0, 0, 1920, 1080}, {0, 0, 1920, 1080}}};
+    EXPECT_EQ(popupPosition(std::nullopt, {960, 900}, popupWidth, popupHeight, bare),
+              (ScreenPoint{770, 900 - 550 - 4}));
+}
+
+TEST(PopupPlacementTest, KeepsTheCornerVisibleWhenNothingFits) {
+    EXPECT_EQ(popupPosition(ScreenRect{5000, 5000, 24, 24}, {}, popupWidth, popupHeight,
+                            {{{0, 0, 320, 240}, {0, 0, 320, 240}}}),
+              (ScreenPoint{0, 0}));
+    EXPECT_EQ(popupPosition(ScreenRect{10, 10, 24, 24}, {}, popupWidth, popupHeight, {}),
+              (ScreenPoint{10, 10}));
+}
+
+}  // namespace
+}  // namespace voltaro
