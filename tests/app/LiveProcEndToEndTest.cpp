@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <grp.h>
 #include <gtest/gtest.h>
-#include <pwd.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -13,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <set>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -34,22 +34,48 @@ bool becomeUser(const std::optional<User>& user) {
                      ::setuid(user->first) == 0);
 }
 
-// As root, every root process of the machine (a compiler next door) would compete for the top; an
-// unprivileged user of our own has only the test's programs and the binary itself.
-std::optional<User> unprivilegedUser() {
-    const passwd* nobody = ::getuid() == 0 ? ::getpwnam("nobody") : nullptr;
-    if (nobody == nullptr) {
+// The user IDs of the machine's processes.
+std::set<uid_t> usersWithProcesses() {
+    std::set<uid_t> users;
+    for (const auto& entry : fs::directory_iterator("/proc")) {
+        std::ifstream status(entry.path() / "status");
+        for (std::string line; std::getline(status, line);) {
+            if (line.starts_with("Uid:")) {
+                users.insert(static_cast<uid_t>(std::stoul(line.substr(4))));
+                break;
+            }
+        }
+    }
+    return users;
+}
+
+// As root, every root process of the machine (a compiler next door) would compete for the top, and
+// so would the programs of a second run of this test under a shared user such as nobody. A user
+// of our own, which no process has, leaves only this test's programs and the binary itself.
+std::optional<User> userOfOurOwn() {
+    if (::getuid() != 0) {
         return std::nullopt;
     }
-    const User user{nobody->pw_uid, nobody->pw_gid};
-    const pid_t probe = ::fork();
-    if (probe == 0) {
-        ::_exit(becomeUser(user) ? 0 : 1);
+    // From the range Debian leaves to be allocated on demand, so no account has it.
+    constexpr uid_t first = 61000;
+    constexpr uid_t count = 3000;
+    const std::set<uid_t> taken = usersWithProcesses();
+    for (uid_t offset = 0; offset < count; ++offset) {
+        const uid_t id = first + (static_cast<uid_t>(::getpid()) + offset) % count;
+        if (taken.contains(id)) {
+            continue;
+        }
+        const User user{id, id};
+        const pid_t probe = ::fork();
+        if (probe == 0) {
+            ::_exit(becomeUser(user) ? 0 : 1);
+        }
+        int status = 0;
+        const bool switched = probe > 0 && ::waitpid(probe, &status, 0) == probe &&
+                              WIFEXITED(status) && WEXITSTATUS(status) == 0;
+        return switched ? std::optional<User>(user) : std::nullopt;
     }
-    int status = 0;
-    const bool switched = probe > 0 && ::waitpid(probe, &status, 0) == probe && WIFEXITED(status) &&
-                          WEXITSTATUS(status) == 0;
-    return switched ? std::optional<User>(user) : std::nullopt;
+    return std::nullopt;
 }
 
 // A program started through a second fork, so that its parent is the machine's or session's
@@ -167,7 +193,7 @@ class Workshop {
 
 TEST(LiveProcEndToEndTest, ABusyProgramRanksFirstAndASleepingOneIsNotListed) {
     const Workshop workshop;
-    const std::optional<User> user = unprivilegedUser();
+    const std::optional<User> user = userOfOurOwn();
     const fs::path busyProgram = workshop.copy("/bin/bash", "voltaro-busy");
     const fs::path idleProgram = workshop.copy("/bin/sleep", "voltaro-idle");
     // A builtin loop: no system calls, so no wake-ups, only CPU time. Both end on their own.
