@@ -79,7 +79,7 @@ TEST(ProcProcessSourceTest, ReadsCountersAndMetadata) {
 
 TEST(ProcProcessSourceTest, ReadsNamesThatHoldParenthesesAndSpaces) {
     ProcProcessSource source = fixtureSource(procFixtures + "odd-names");
-    EXPECT_THAT(source.userProcessIDs(), UnorderedElementsAre(700, 777, 778, 779));
+    EXPECT_THAT(source.userProcessIDs(), UnorderedElementsAre(700, 710, 777, 778, 779));
 
     EXPECT_EQ(source.usage(777), (ProcessUsage{3100, nanojoulesOfTicks(500), 0, 0, 5}));
     const auto evil = source.metadata(777);

@@ -1,0 +1,247 @@
+// Runs the real binary on this machine's /proc beside a program that burns a core and one that
+// sleeps.
+#include <fcntl.h>
+#include <grp.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <set>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "app/RunningVoltaro.h"
+#include "platform/linux/LinuxApplicationCatalog.h"
+
+#ifdef __linux__
+
+namespace voltaro {
+namespace {
+
+namespace fs = std::filesystem;
+using User = std::pair<uid_t, gid_t>;
+
+bool becomeUser(const std::optional<User>& user) {
+    return !user || (::setgroups(0, nullptr) == 0 && ::setgid(user->second) == 0 &&
+                     ::setuid(user->first) == 0);
+}
+
+// The user IDs of the machine's processes.
+std::set<uid_t> usersWithProcesses() {
+    std::set<uid_t> users;
+    for (const auto& entry : fs::directory_iterator("/proc")) {
+        std::ifstream status(entry.path() / "status");
+        for (std::string line; std::getline(status, line);) {
+            if (line.starts_with("Uid:")) {
+                users.insert(static_cast<uid_t>(std::stoul(line.substr(4))));
+                break;
+            }
+        }
+    }
+    return users;
+}
+
+// As root, every root process of the machine (a compiler next door) would compete for the top, and
+// so would the programs of a second run of this test under a shared user such as nobody. A user
+// of our own, which no process has, leaves only this test's programs and the binary itself.
+std::optional<User> userOfOurOwn() {
+    if (::getuid() != 0) {
+        return std::nullopt;
+    }
+    // From the range Debian leaves to be allocated on demand, so no account has it.
+    constexpr uid_t first = 61000;
+    constexpr uid_t count = 3000;
+    const std::set<uid_t> taken = usersWithProcesses();
+    for (uid_t offset = 0; offset < count; ++offset) {
+        const uid_t id = first + (static_cast<uid_t>(::getpid()) + offset) % count;
+        if (taken.contains(id)) {
+            continue;
+        }
+        const User user{id, id};
+        const pid_t probe = ::fork();
+        if (probe == 0) {
+            ::_exit(becomeUser(user) ? 0 : 1);
+        }
+        int status = 0;
+        const bool switched = probe > 0 && ::waitpid(probe, &status, 0) == probe &&
+                              WIFEXITED(status) && WEXITSTATUS(status) == 0;
+        return switched ? std::optional<User>(user) : std::nullopt;
+    }
+    return std::nullopt;
+}
+
+// A program started through a second fork, so that its parent is the machine's or session's
+// reaper: a parent walk from it ends there instead of reaching the test. Killed with the object.
+class DetachedProgram {
+  public:
+    DetachedProgram(std::vector<std::string> arguments, const std::optional<User>& user) {
+        std::vector<char*> pointers;
+        for (std::string& argument : arguments) {
+            pointers.push_back(argument.data());
+        }
+        pointers.push_back(nullptr);
+        int started[2];
+        if (::pipe2(started, O_CLOEXEC) != 0) {
+            return;
+        }
+        const pid_t middle = ::fork();
+        if (middle == 0) {
+            ::close(started[0]);
+            if (!becomeUser(user)) {
+                ::_exit(1);
+            }
+            const pid_t program = ::fork();
+            if (program == 0) {
+                ::execv(pointers[0], pointers.data());
+                ::_exit(127);
+            }
+            const bool written = ::write(started[1], &program, sizeof program) == sizeof program;
+            ::_exit(written ? 0 : 1);
+        }
+        ::close(started[1]);
+        pid_t program = -1;
+        if (middle > 0 && ::read(started[0], &program, sizeof program) == sizeof program) {
+            pid_ = program;
+        }
+        // The pipe reads as ended once the program has replaced itself by the new image.
+        char ignored = 0;
+        while (::read(started[0], &ignored, 1) > 0) {
+        }
+        ::close(started[0]);
+        if (middle > 0) {
+            ::waitpid(middle, nullptr, 0);
+        }
+    }
+    DetachedProgram(const DetachedProgram&) = delete;
+    DetachedProgram& operator=(const DetachedProgram&) = delete;
+    ~DetachedProgram() {
+        if (pid_ > 0) {
+            ::kill(pid_, SIGKILL);
+        }
+    }
+
+    pid_t pid() const { return pid_; }
+
+  private:
+    pid_t pid_ = -1;
+};
+
+std::string procText(pid_t pid, const char* file) {
+    std::ifstream stream("/proc/" + std::to_string(pid) + "/" + file);
+    std::ostringstream text;
+    text << stream.rdbuf();
+    return text.str();
+}
+
+// Waits until the program runs its own image (not the loader's start-up) in the given state:
+// R for running, S for asleep with a run time that no longer moves.
+bool settles(pid_t pid, const fs::path& executable, char state) {
+    std::string previousRunTime;
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        std::error_code failed;
+        const fs::path running = fs::read_symlink("/proc/" + std::to_string(pid) + "/exe", failed);
+        const std::string stat = procText(pid, "stat");
+        const std::size_t nameEnd = stat.rfind(") ");
+        const std::string runTime = procText(pid, "schedstat");
+        if (!failed && running == executable && nameEnd != std::string::npos &&
+            stat[nameEnd + 2] == state && (state != 'S' || runTime == previousRunTime)) {
+            return true;
+        }
+        previousRunTime = runTime;
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    return false;
+}
+
+// Copies of system programs under names of their own, in a directory any user may run them from.
+class Workshop {
+  public:
+    Workshop() {
+        std::string pattern = (fs::temp_directory_path() / "voltaro-live-XXXXXX").string();
+        path_ = ::mkdtemp(pattern.data());
+        fs::permissions(path_, fs::perms::owner_all | fs::perms::group_read |
+                                   fs::perms::group_exec | fs::perms::others_read |
+                                   fs::perms::others_exec);
+    }
+    Workshop(const Workshop&) = delete;
+    Workshop& operator=(const Workshop&) = delete;
+    ~Workshop() {
+        std::error_code ignored;
+        fs::remove_all(path_, ignored);
+    }
+
+    fs::path copy(const fs::path& program, const std::string& name) const {
+        const fs::path target = path_ / name;
+        fs::copy_file(program, target);
+        fs::permissions(target, fs::perms::owner_all | fs::perms::group_read |
+                                    fs::perms::group_exec | fs::perms::others_read |
+                                    fs::perms::others_exec);
+        return target;
+    }
+
+  private:
+    fs::path path_;
+};
+
+TEST(LiveProcEndToEndTest, ABusyProgramRanksFirstAndASleepingOneIsNotListed) {
+    const Workshop workshop;
+    const std::optional<User> user = userOfOurOwn();
+    const fs::path busyProgram = workshop.copy("/bin/bash", "voltaro-busy");
+    const fs::path idleProgram = workshop.copy("/bin/sleep", "voltaro-idle");
+    // A builtin loop: no system calls, so no wake-ups, only CPU time. Both end on their own.
+    const DetachedProgram busy({busyProgram.string(), "-c", "while (( SECONDS < 60 )); do :; done"},
+                               user);
+    const DetachedProgram idle({idleProgram.string(), "60"}, user);
+    ASSERT_TRUE(settles(busy.pid(), busyProgram, 'R'));
+    ASSERT_TRUE(settles(idle.pid(), idleProgram, 'S'));
+
+    // Whom the busy program belongs to: on a desktop, the application whose scope the test runs
+    // in; elsewhere, itself, since its parent is a reaper.
+    platform::LinuxApplicationCatalog catalog(
+        platform::LinuxApplicationCatalog::Options::fromEnvironment());
+    const std::string busyID = catalog.containingApplication(busy.pid(), std::nullopt)
+                                   .value_or("process:" + busyProgram.string());
+    const std::string idleID = "process:" + idleProgram.string();
+
+    testing::RunningVoltaro::Options options;
+    options.arguments = {"--watch", "--json"};
+    if (user) {
+        options.executable = workshop.copy(VOLTARO_BINARY, "voltaro").string();
+        options.user = user;
+    }
+    testing::RunningVoltaro voltaro(std::move(options));
+    ASSERT_TRUE(voltaro.hasStarted());
+
+    std::vector<nlohmann::json> ranked;
+    for (int refresh = 0; refresh < 6 && ranked.size() < 2; ++refresh) {
+        const std::optional<nlohmann::json> report = voltaro.nextReport();
+        ASSERT_TRUE(report) << "no report from the binary";
+        if (!report->at("applications").empty()) {
+            ranked.push_back(*report);
+        }
+    }
+    ASSERT_EQ(ranked.size(), 2u);
+    bool busyRanksFirst = false;
+    for (const nlohmann::json& report : ranked) {
+        const nlohmann::json& applications = report.at("applications");
+        busyRanksFirst = busyRanksFirst || applications.at(0).at("id") == busyID;
+        for (const nlohmann::json& application : applications) {
+            EXPECT_NE(application.at("id"), idleID) << applications.dump(1);
+            EXPECT_NE(application.at("name"), "voltaro-idle") << applications.dump(1);
+        }
+    }
+    EXPECT_TRUE(busyRanksFirst) << busyID << "\n" << ranked[0].dump(1) << "\n" << ranked[1].dump(1);
+}
+
+}  // namespace
+}  // namespace voltaro
+
+#endif  // __linux__
