@@ -7,7 +7,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     nlohmann-json3-dev libcli11-dev
     libsystemd-dev
-    dbus-daemon polkitd power-profiles-daemon
+    dbus-daemon dbus-bin polkitd power-profiles-daemon util-linux
 )
 
 missing=()
