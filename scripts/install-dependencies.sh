@@ -7,7 +7,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     nlohmann-json3-dev libcli11-dev
     libsystemd-dev
-    dbus-daemon polkitd power-profiles-daemon
+    dbus-daemon dbus-bin polkitd power-profiles-daemon util-linux
     qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-l10n-tools qt6-qpa-plugins fonts-dejavu-core
     xvfb xauth
 )

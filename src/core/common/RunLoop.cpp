@@ -34,7 +34,6 @@ void RunLoop::quit() {
 
 void RunLoop::run() {
     std::unique_lock lock(mutex_);
-    quitting_ = false;
     while (!quitting_) {
         std::optional<Task> next;
         if (!posted_.empty()) {
@@ -54,6 +53,7 @@ void RunLoop::run() {
         (*next)();
         lock.lock();
     }
+    quitting_ = false;  // used up: the next run() runs until its own quit()
 }
 
 }  // namespace voltaro

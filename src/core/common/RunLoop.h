@@ -19,7 +19,8 @@ class RunLoop final : public MainExecutor {
     TimerId runAfter(std::chrono::milliseconds delay, Task task) override;
     void cancel(TimerId timer) override;
 
-    // Runs until quit() is called (from any thread, or by a task).
+    // Runs until quit() is called (from any thread, or by a task). A quit() from another thread
+    // may come before run() has started; it is kept, and ends the next run() at once.
     void run();
     void quit();
 

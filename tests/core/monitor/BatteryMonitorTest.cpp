@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
 #include <vector>
 
+#include "core/common/RunLoop.h"
 #include "support/CrossThreadExecutor.h"
 #include "support/FakeApplicationCatalog.h"
 #include "support/FakeBatteryRegistry.h"
@@ -228,6 +230,39 @@ TEST_F(BatteryMonitorTest, FailedChangesShowTheirTextUntilTheNextRequest) {
         EXPECT_FALSE(monitor.isLowPowerModeEnabled().get());
         EXPECT_FALSE(monitor.isChangingLowPowerMode().get());
     }
+}
+
+// The command line's own main loop rather than the manual one: the outcome, made on the
+// controller's thread, is published on the loop's thread.
+TEST(BatteryMonitorRunLoopTest, PublishesTheOutcomeOfAChangeOnTheLoopsThread) {
+    testing::ManualScheduler clock;
+    testing::FakeBatteryRegistry registry;
+    testing::ClosedSMCController smc;
+    testing::FakeProcessSource processes;
+    testing::FakeApplicationCatalog catalog;
+    testing::FakeLowPowerModeBackend lowPowerMode;
+    RunLoop loop;
+    BatteryMonitor monitor{{registry, smc, processes, catalog, lowPowerMode, loop, clock}};
+    lowPowerMode.setOutcome(LowPowerModeError::failed("Profile is held by another program"));
+    std::thread::id publishedOn;
+    monitor.isChangingLowPowerMode().subscribe([&](bool changing) {
+        if (!changing) {
+            publishedOn = std::this_thread::get_id();
+            loop.quit();
+        }
+    });
+
+    monitor.setLowPowerMode(true);
+    loop.run();
+    EXPECT_EQ(publishedOn, std::this_thread::get_id());
+    EXPECT_EQ(monitor.lowPowerModeError().get(), "Profile is held by another program");
+
+    lowPowerMode.setOutcome(std::nullopt);
+    lowPowerMode.setCurrent(true);
+    monitor.setLowPowerMode(true);
+    loop.run();
+    EXPECT_TRUE(monitor.isLowPowerModeEnabled().get());
+    EXPECT_FALSE(monitor.lowPowerModeError().get());
 }
 
 TEST(BatteryMonitorSharedTest, IsOneInstanceBuiltOnFirstUse) {
