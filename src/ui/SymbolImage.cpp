@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QSvgRenderer>
 #include <cmath>
+#include <memory>
 
 namespace voltaro::ui {
 namespace {
@@ -32,6 +33,14 @@ void paintTinted(QSvgRenderer& renderer, QImage& image, const QRectF& target, co
 
 bool hasSymbol(std::string_view name) {
     return QFile::exists(resourcePath(name));
+}
+
+SymbolDrawing symbolDrawing(std::string_view name) {
+    auto renderer = std::make_shared<QSvgRenderer>(resourcePath(name));
+    if (!renderer->isValid()) {
+        return {};
+    }
+    return [renderer](QPainter& painter, const QRectF& rect) { renderer->render(&painter, rect); };
 }
 
 QImage renderSymbol(std::string_view name, const QSizeF& logicalSize, qreal devicePixelRatio,
