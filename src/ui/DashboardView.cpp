@@ -36,7 +36,7 @@ constexpr int lineSpacing = 2;
 constexpr int rowSpacing = 10;
 constexpr int rowVerticalPadding = 9;
 constexpr int symbolFrameWidth = 18;
-constexpr qreal symbolPoints = 16;
+constexpr qreal symbolPoints = 15;
 // Where a card's title starts: the symbol frame and the spacing after it.
 constexpr int cardInset = symbolFrameWidth + rowSpacing;
 // Dividers between applications leave the rank column free.
@@ -47,7 +47,9 @@ constexpr int sectionTitleBottom = 5;
 constexpr int placeholderMinimumHeight = 120;
 constexpr int placeholderSpacing = 8;
 constexpr int footerPadding = 12;
-constexpr qreal buttonSymbolPoints = 14;
+// The button symbols at the size of the caption text beside them.
+constexpr QSize batterySymbolSize(20, 11);
+constexpr QSize gearSymbolSize(13, 13);
 constexpr int scrollBarWidth = 9;
 
 QString fromStd(const std::string& text) {
@@ -402,12 +404,13 @@ void DashboardView::showWindowLabel() {
 
 void DashboardView::showButtonSymbols() {
     const QColor color = palette().color(QPalette::ButtonText);
-    const QSizeF size(buttonSymbolPoints, buttonSymbolPoints);
     const qreal scale = devicePixelRatioF();
-    batterySettingsButton_->setIcon(QIcon(symbolPixmap("battery.100percent", size, scale, color)));
-    settingsButton_->setIcon(QIcon(symbolPixmap("gearshape", size, scale, color)));
-    batterySettingsButton_->setIconSize(size.toSize());
-    settingsButton_->setIconSize(size.toSize());
+    const auto setSymbol = [&](QPushButton* button, std::string_view symbol, QSize size) {
+        button->setIcon(QIcon(symbolPixmap(symbol, size, scale, color)));
+        button->setIconSize(size);
+    };
+    setSymbol(batterySettingsButton_, "battery.100percent", batterySymbolSize);
+    setSymbol(settingsButton_, "gearshape", gearSymbolSize);
 }
 
 void DashboardView::showScrollBarStyle() {

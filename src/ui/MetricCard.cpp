@@ -12,7 +12,7 @@ namespace voltaro::ui {
 namespace {
 
 constexpr int symbolFrameWidth = 18;
-constexpr qreal symbolPoints = 16;
+constexpr qreal symbolPoints = 15;
 constexpr int itemSpacing = 10;
 constexpr int verticalPadding = 9;
 constexpr int lineSpacing = 2;

@@ -1,6 +1,7 @@
 #include "ui/SymbolView.h"
 
 #include <QPainter>
+#include <cmath>
 
 #include "ui/SymbolImage.h"
 
@@ -28,8 +29,12 @@ void SymbolView::paintEvent(QPaintEvent*) {
         renderedColor_ = color.rgba();
         renderedScale_ = scale;
     }
-    const QPointF origin((width() - symbolSize_.width()) / 2,
-                         (height() - symbolSize_.height()) / 2);
+    // On whole device pixels, so the strokes stay sharp.
+    const auto centred = [scale](qreal frame, qreal symbol) {
+        return std::round((frame - symbol) / 2 * scale) / scale;
+    };
+    const QPointF origin(centred(width(), symbolSize_.width()),
+                         centred(height(), symbolSize_.height()));
     QPainter painter(this);
     painter.drawPixmap(origin, rendered_);
 }
