@@ -37,24 +37,10 @@ ApplicationIcon drawnIcon(const QTemporaryDir& directory, const QString& name, Q
     return {ApplicationIcon::Kind::filePath, path.toStdString()};
 }
 
+// A dark desktop theme: the other shades follow from the button and window colours.
 QPalette darkPalette() {
-    QPalette palette;
-    const QColor window(0x2a, 0x2a, 0x2c);
-    const QColor text(0xec, 0xec, 0xee);
-    palette.setColor(QPalette::Window, window);
-    palette.setColor(QPalette::WindowText, text);
-    palette.setColor(QPalette::Base, window.darker(120));
-    palette.setColor(QPalette::AlternateBase, window);
-    palette.setColor(QPalette::Text, text);
-    palette.setColor(QPalette::Button, QColor(0x3b, 0x3b, 0x3e));
-    palette.setColor(QPalette::ButtonText, text);
+    QPalette palette(QColor(0x3b, 0x3b, 0x3e), QColor(0x2a, 0x2a, 0x2c));
     palette.setColor(QPalette::Highlight, QColor(0x0a, 0x84, 0xff));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    palette.setColor(QPalette::Light, QColor(0x4a, 0x4a, 0x4e));
-    palette.setColor(QPalette::Midlight, QColor(0x3e, 0x3e, 0x42));
-    palette.setColor(QPalette::Mid, QColor(0x30, 0x30, 0x33));
-    palette.setColor(QPalette::Dark, QColor(0x1c, 0x1c, 0x1e));
-    palette.setColor(QPalette::Shadow, Qt::black);
     return palette;
 }
 
