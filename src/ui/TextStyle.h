@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPalette>
+
+class QLabel;
+
+namespace voltaro::ui {
+
+// The few text styles of the windows, derived from the surrounding font so they follow the
+// desktop's choice of face and size.
+QFont captionFont(const QFont& base);
+QFont subheadlineFont(const QFont& base);
+QFont headlineFont(const QFont& base);
+// Digits of equal width, so changing numbers do not shift their neighbours.
+QFont withTabularDigits(QFont font);
+
+// Text that matters less: the text colour, dimmed.
+QColor secondaryTextColor(const QPalette& palette);
+// Hairlines between rows and sections.
+QColor separatorColor(const QPalette& palette);
+
+// Draws the label in the secondary colour of its surroundings, also after they change palette.
+void useSecondaryColor(QLabel* label);
+
+}  // namespace voltaro::ui

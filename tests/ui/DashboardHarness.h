@@ -1,0 +1,152 @@
+#pragma once
+
+#include <QLayout>
+#include <QSettings>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QWidget>
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/monitor/BatteryMonitor.h"
+#include "support/CrossThreadExecutor.h"
+#include "support/FakeApplicationCatalog.h"
+#include "support/FakeBatteryRegistry.h"
+#include "support/FakeLowPowerModeBackend.h"
+#include "support/FakeProcessSource.h"
+#include "support/ManualScheduler.h"
+#include "ui/DashboardView.h"
+#include "ui/DisplayPreferencesStore.h"
+
+namespace voltaro::ui::testing {
+
+// What the battery reports, in the registry's own units.
+struct Battery {
+    std::int64_t level = 57;
+    bool connected = false;
+    std::optional<std::int64_t> systemMilliwatts = std::nullopt;
+    std::optional<std::int64_t> batteryMilliwatts = std::nullopt;  // positive while charging
+    std::optional<std::int64_t> inputMilliwatts = std::nullopt;
+    std::optional<double> ratedWatts = std::nullopt;
+    std::optional<std::int64_t> timeToFullMinutes = std::nullopt;
+    std::optional<std::int64_t> decikelvin = std::nullopt;
+};
+
+struct Application {
+    std::string name;
+    double watts = 0;
+    std::optional<ApplicationIcon> icon = std::nullopt;
+};
+
+// A monitor over fakes, the temperature unit in a file of its own, and the dashboard over both.
+class DashboardHarness {
+  public:
+    DashboardHarness()
+        : preferences_(std::make_unique<QSettings>(directory_.filePath("voltaro.conf"),
+                                                   QSettings::IniFormat)) {}
+
+    DashboardView& view() {
+        if (!view_) {
+            view_ = std::make_unique<DashboardView>(monitor, preferences_,
+                                                    [this] { ++settingsOpened; });
+        }
+        return *view_;
+    }
+    DisplayPreferencesStore& preferences() { return preferences_; }
+
+    void setBattery(const Battery& battery) {
+        PropertyDictionary telemetry;
+        if (battery.systemMilliwatts) {
+            telemetry.set("SystemLoad", *battery.systemMilliwatts);
+        }
+        if (battery.batteryMilliwatts) {
+            telemetry.set("BatteryPower", *battery.batteryMilliwatts);
+        }
+        if (battery.inputMilliwatts) {
+            telemetry.set("SystemPowerIn", *battery.inputMilliwatts);
+        }
+        PropertyDictionary properties{{"CurrentCapacity", battery.level},
+                                      {"ExternalConnected", battery.connected},
+                                      {"PowerTelemetryData", telemetry}};
+        if (battery.ratedWatts) {
+            properties.set("AdapterDetails", PropertyDictionary{{"Watts", *battery.ratedWatts}});
+        }
+        if (battery.timeToFullMinutes) {
+            properties.set("AvgTimeToFull", *battery.timeToFullMinutes);
+        }
+        if (battery.decikelvin) {
+            properties.set("Temperature", *battery.decikelvin);
+        }
+        registry.dictionary = properties;
+        registry.powerSourceType = battery.connected ? "AC Power" : "Battery Power";
+        refresh();
+    }
+
+    // Lets each application use its power for the next two seconds, and refreshes twice so the
+    // ranking has a window to measure over.
+    void runApplications(const std::vector<Application>& applications) {
+        ProcessID pid = 100;
+        for (const auto& application : applications) {
+            processes.add(pid, 1, "/usr/bin/" + application.name, application.name);
+            if (application.icon) {
+                catalog.runningIcons[pid] = *application.icon;
+            }
+            ++pid;
+        }
+        refresh();
+        scheduler.spend(std::chrono::seconds(2));
+        pid = 100;
+        for (const auto& application : applications) {
+            processes.addEnergy(pid++, application.watts * 2);
+        }
+        refresh();
+    }
+
+    void refresh() {
+        scheduler.spend(std::chrono::milliseconds(10));  // a new reading, never an equal one
+        monitor.refreshNow();
+    }
+
+    // Ends a pending low power change, as the main loop would when its result arrives.
+    void finishLowPowerChange() {
+        executor.waitForPosts(++lowPowerPosts_);
+        executor.runPosted();
+    }
+
+    voltaro::testing::ManualScheduler scheduler;
+    voltaro::testing::CrossThreadExecutor executor{scheduler};
+    voltaro::testing::FakeBatteryRegistry registry;
+    voltaro::testing::ClosedSMCController smc;
+    voltaro::testing::FakeProcessSource processes;
+    voltaro::testing::FakeApplicationCatalog catalog;
+    voltaro::testing::FakeLowPowerModeBackend lowPowerMode;
+    BatteryMonitor monitor{{registry, smc, processes, catalog, lowPowerMode, executor, scheduler}};
+    int settingsOpened = 0;
+
+  private:
+    QTemporaryDir directory_;
+    DisplayPreferencesStore preferences_;
+    std::size_t lowPowerPosts_ = 0;
+    std::unique_ptr<DashboardView> view_;  // last, so it goes before the monitor it observes
+};
+
+// The object names of the visible widgets of a layout, in layout order, nested layouts included.
+inline QStringList shownInOrder(const QLayout* layout, const QWidget* root) {
+    QStringList names;
+    for (int i = 0; i < layout->count(); ++i) {
+        QLayoutItem* item = layout->itemAt(i);
+        if (QWidget* widget = item->widget()) {
+            if (widget->isVisibleTo(root) && !widget->objectName().isEmpty()) {
+                names << widget->objectName();
+            }
+        } else if (const QLayout* nested = item->layout()) {
+            names << shownInOrder(nested, root);
+        }
+    }
+    return names;
+}
+
+}  // namespace voltaro::ui::testing
