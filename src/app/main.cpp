@@ -18,8 +18,10 @@
 #include "app/DesktopFrontEnd.h"
 #endif
 
+#ifdef VOLTARO_WITH_DESKTOP
 namespace {
 
+// A display server to talk to, or a Qt platform chosen on purpose.
 bool hasGraphicalSession() {
     for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
         const char* value = std::getenv(variable);
@@ -30,20 +32,8 @@ bool hasGraphicalSession() {
     return false;
 }
 
-// Whether the windows can be shown; says why not on stderr otherwise.
-bool canShowWindows() {
-#ifdef VOLTARO_WITH_DESKTOP
-    if (hasGraphicalSession()) {
-        return true;
-    }
-    std::cerr << "voltaro: no graphical session, showing the dashboard here instead\n";
-#else
-    std::cerr << "voltaro: built without windows, showing the dashboard here instead\n";
-#endif
-    return false;
-}
-
 }  // namespace
+#endif
 
 int main(int argc, char** argv) {
     using namespace voltaro;
@@ -58,9 +48,14 @@ int main(int argc, char** argv) {
     const PlatformServices platformServices = PlatformServices::make(
         {.sysfsRoot = commandLine.sysfsRoot, .procRoot = commandLine.procRoot});
 
-    if (commandLine.previewWindow && !commandLine.switchLowPowerModeTo && canShowWindows()) {
+    if (commandLine.previewWindow && !commandLine.switchLowPowerModeTo) {
 #ifdef VOLTARO_WITH_DESKTOP
-        return runDesktopFrontEnd(argc, argv, commandLine, platformServices);
+        if (hasGraphicalSession()) {
+            return runDesktopFrontEnd(argc, argv, commandLine, platformServices);
+        }
+        std::cerr << "voltaro: no graphical session, showing the dashboard here instead\n";
+#else
+        std::cerr << "voltaro: built without windows, showing the dashboard here instead\n";
 #endif
     }
 
