@@ -9,7 +9,7 @@ packages=(
     libsystemd-dev
     dbus-daemon dbus-bin polkitd power-profiles-daemon util-linux
     qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-l10n-tools qt6-qpa-plugins fonts-dejavu-core
-    xvfb xauth
+    xvfb xauth x11-utils
 )
 
 missing=()

@@ -1,9 +1,15 @@
 #include "app/CommandLine.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iterator>
 
 namespace voltaro {
+namespace {
+
+constexpr const char* previewWindowSwitch = "--preview-window";
+
+}  // namespace
 
 CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     CommandLine result;
@@ -28,14 +34,18 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     app.add_option("--low-power", lowPower, "Switch the low power mode, print the outcome, exit")
         ->type_name("on|off")
         ->check(CLI::IsMember({"on", "off"}));
-    app.add_flag("--preview-window", result.previewWindow,
-                 "Also show the dashboard in an ordinary window");
+    app.add_flag(previewWindowSwitch)->description("Also show the dashboard in an ordinary window");
+    app.add_flag("--trace-refreshes", result.traceRefreshes)->group("");
     app.add_flag("--version", version, "Print the version and exit");
 
-    // CLI11 takes the arguments after the program name, last one first.
+    // CLI11 takes the arguments after the program name, last one first. It would also read
+    // "--preview-window=…" as the switch, which is only ever the exact word.
     std::vector<std::string> reversed;
     if (!arguments.empty()) {
-        reversed.assign(arguments.rbegin(), std::prev(arguments.rend()));
+        std::copy_if(arguments.rbegin(), std::prev(arguments.rend()), std::back_inserter(reversed),
+                     [](const std::string& argument) {
+                         return !argument.starts_with(previewWindowSwitch + std::string("="));
+                     });
     }
     try {
         app.parse(reversed);
@@ -52,6 +62,8 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
             std::string("Voltaro ") + VOLTARO_VERSION + " (" + VOLTARO_BUILD_NUMBER + ")\n";
         return result;
     }
+    result.previewWindow =
+        std::find(arguments.begin(), arguments.end(), previewWindowSwitch) != arguments.end();
     result.mode = once ? CommandLine::Mode::once
                        : (watch ? CommandLine::Mode::watch : CommandLine::Mode::dashboard);
     if (!sysfsRoot.empty()) {

@@ -11,7 +11,10 @@ struct CommandLine {
 
     Mode mode = Mode::dashboard;
     bool json = false;
+    // Only an argument that is exactly "--preview-window" counts.
     bool previewWindow = false;
+    // Hidden: one line on stderr per refresh, for checking the loop from outside.
+    bool traceRefreshes = false;
     std::optional<std::string> sysfsRoot;
     std::optional<std::string> procRoot;
     std::optional<bool> switchLowPowerModeTo;  // --low-power on|off

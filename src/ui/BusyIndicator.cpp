@@ -1,53 +1,59 @@
 #include "ui/BusyIndicator.h"
 
 #include <QPainter>
-#include <algorithm>
-
-#include "ui/TextStyle.h"
+#include <QtMath>
 
 namespace voltaro::ui {
 namespace {
 
-constexpr int frameIntervalMilliseconds = 33;
-constexpr qint64 turnMilliseconds = 900;
-constexpr int arcDegrees = 100;
+constexpr int spokes = 12;
+constexpr int stepMilliseconds = 1000 / spokes;  // one turn a second
+constexpr int side = 16;
 
 }  // namespace
 
-BusyIndicator::BusyIndicator(int diameter, QWidget* parent) : QWidget(parent), diameter_(diameter) {
-    setFixedSize(diameter, diameter);
-    timer_.setInterval(frameIntervalMilliseconds);
-    connect(&timer_, &QTimer::timeout, this, qOverload<>(&QWidget::update));
-    clock_.start();
+BusyIndicator::BusyIndicator(QWidget* parent) : QWidget(parent) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    turning_.setInterval(stepMilliseconds);
+    connect(&turning_, &QTimer::timeout, this, [this] {
+        leadingSpoke_ = (leadingSpoke_ + 1) % spokes;
+        update();
+    });
+}
+
+QSize BusyIndicator::sizeHint() const {
+    return {side, side};
 }
 
 void BusyIndicator::showEvent(QShowEvent* event) {
+    turning_.start();
     QWidget::showEvent(event);
-    timer_.start();
 }
 
 void BusyIndicator::hideEvent(QHideEvent* event) {
+    turning_.stop();
     QWidget::hideEvent(event);
-    timer_.stop();
 }
 
 void BusyIndicator::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const qreal penWidth = std::max<qreal>(1.5, diameter_ / 8.0);
-    const QRectF circle =
-        QRectF(rect()).adjusted(penWidth / 2, penWidth / 2, -penWidth / 2, -penWidth / 2);
+    const qreal radius = std::min(width(), height()) / 2.0;
+    painter.translate(width() / 2.0, height() / 2.0);
 
-    painter.setPen(QPen(separatorColor(palette()), penWidth));
-    painter.drawEllipse(circle);
-
-    const qreal turn = static_cast<qreal>(clock_.elapsed() % turnMilliseconds) / turnMilliseconds;
-    // Qt counts angles anticlockwise in sixteenths of a degree; the arc turns clockwise.
-    const int start = static_cast<int>((90 - turn * 360) * 16);
-    QColor arcColor = palette().color(QPalette::WindowText);
-    arcColor.setAlphaF(0.7f);
-    painter.setPen(QPen(arcColor, penWidth, Qt::SolidLine, Qt::RoundCap));
-    painter.drawArc(circle, start, -arcDegrees * 16);
+    QColor color = palette().color(QPalette::WindowText);
+    QPen pen(color, radius * 0.22, Qt::SolidLine, Qt::RoundCap);
+    for (int spoke = 0; spoke < spokes; ++spoke) {
+        // The leading spoke is darkest; the ones behind it fade out.
+        const int behind = (leadingSpoke_ - spoke + spokes) % spokes;
+        color.setAlphaF(static_cast<float>(0.9 - 0.7 * behind / (spokes - 1)));
+        pen.setColor(color);
+        painter.setPen(pen);
+        const qreal angle = qDegreesToRadians(360.0 * spoke / spokes - 90);
+        const QPointF direction(std::cos(angle), std::sin(angle));
+        painter.drawLine(direction * radius * 0.45, direction * radius * 0.85);
+    }
 }
 
 }  // namespace voltaro::ui

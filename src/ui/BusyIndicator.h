@@ -1,20 +1,20 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QTimer>
 #include <QWidget>
 
 namespace voltaro::ui {
 
-// A small turning arc for work of unknown length. It runs only while it is visible.
+// A small indeterminate progress spinner: twelve spokes fading round, in the text colour. It
+// turns only while shown.
 class BusyIndicator : public QWidget {
     Q_OBJECT
 
   public:
-    explicit BusyIndicator(int diameter = 16, QWidget* parent = nullptr);
+    explicit BusyIndicator(QWidget* parent = nullptr);
 
-    bool isAnimating() const { return timer_.isActive(); }
-    QSize sizeHint() const override { return {diameter_, diameter_}; }
+    bool isAnimating() const { return turning_.isActive(); }
+    QSize sizeHint() const override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -22,9 +22,8 @@ class BusyIndicator : public QWidget {
     void hideEvent(QHideEvent* event) override;
 
   private:
-    int diameter_;
-    QTimer timer_;
-    QElapsedTimer clock_;
+    QTimer turning_;
+    int leadingSpoke_ = 0;
 };
 
 }  // namespace voltaro::ui

@@ -225,14 +225,15 @@ QWidget* DashboardView::makeLowPowerRow(QWidget* parent) {
     lowPowerError_ = secondaryLabel(captionFont(font()), "lowPowerError", row);
     lowPowerError_->hide();
     lowPowerSwitch_ = new ToggleSwitch(row);
+    lowPowerSwitch_->setFollowsClicks(false);
     lowPowerSwitch_->setObjectName("lowPowerSwitch");
     lowPowerSwitch_->setAccessibleName(ui::tr("Low Power Mode"));
-    lowPowerBusy_ = new BusyIndicator(16, row);
+    lowPowerBusy_ = new BusyIndicator(row);
     lowPowerBusy_->setObjectName("lowPowerBusy");
     lowPowerBusy_->hide();
     // The switch keeps showing the published state; the monitor answers with the new one.
-    connect(lowPowerSwitch_, &ToggleSwitch::clicked, this,
-            [this] { monitor_.setLowPowerMode(!lowPowerSwitch_->isChecked()); });
+    connect(lowPowerSwitch_, &ToggleSwitch::toggleRequested, this,
+            [this](bool enabled) { monitor_.setLowPowerMode(enabled); });
 
     auto* texts = new QVBoxLayout;
     texts->setSpacing(lineSpacing);
@@ -260,7 +261,7 @@ QWidget* DashboardView::makeApplications(QWidget* parent) {
     gatheringPlaceholder_ = new QWidget(applications);
     gatheringPlaceholder_->setObjectName("gatheringPlaceholder");
     gatheringPlaceholder_->setMinimumHeight(placeholderMinimumHeight);
-    auto* spinner = new BusyIndicator(16, gatheringPlaceholder_);
+    auto* spinner = new BusyIndicator(gatheringPlaceholder_);
     spinner->setObjectName("gatheringBusy");
     QLabel* text = secondaryLabel(font(), "gatheringText", gatheringPlaceholder_);
     text->setText(ui::tr("Gathering data…"));

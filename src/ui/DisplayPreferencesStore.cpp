@@ -17,6 +17,12 @@ DisplayPreferencesStore& DisplayPreferencesStore::shared() {
     return store;
 }
 
+void DisplayPreferencesStore::setSharedSettings(std::unique_ptr<QSettings> settings) {
+    DisplayPreferencesStore& store = shared();
+    store.settings_ = std::move(settings);
+    emit store.changed();
+}
+
 bool DisplayPreferencesStore::value(const BooleanPreference& preference) const {
     const QVariant stored = settings_->value(keyOf(preference.key));
     // A hand-edited file may hold anything; only a real boolean counts.

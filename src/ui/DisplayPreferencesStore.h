@@ -19,6 +19,9 @@ class DisplayPreferencesStore : public QObject {
     // Over the given settings; the application's own store uses the user's native settings.
     explicit DisplayPreferencesStore(std::unique_ptr<QSettings> settings);
     static DisplayPreferencesStore& shared();
+    // Points the process's store at other settings (a test's own file); readers are told as after
+    // a change.
+    static void setSharedSettings(std::unique_ptr<QSettings> settings);
 
     bool value(const BooleanPreference& preference) const;
     // The stored text, which may be neither "celsius" nor "fahrenheit".

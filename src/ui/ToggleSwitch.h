@@ -1,24 +1,45 @@
 #pragma once
 
-#include <QCheckBox>
+#include <QAbstractButton>
+#include <QVariantAnimation>
 
 namespace voltaro::ui {
 
-// An on/off switch that shows only the state it is given: a click asks for the other state
-// through clicked(), and the owner sets it once the change has really happened.
-class ToggleSwitch : public QCheckBox {
+// An on/off switch: a pill whose knob slides to the right when on, filled with the accent colour.
+// By default a click flips it, like a check box. A switch that only mirrors a model's state sets
+// followsClicks to false: a click then only asks for the other state through toggleRequested,
+// and the switch moves once the owner calls setChecked.
+class ToggleSwitch : public QAbstractButton {
     Q_OBJECT
 
   public:
     explicit ToggleSwitch(QWidget* parent = nullptr);
 
+    void setFollowsClicks(bool follows);
+    bool followsClicks() const { return followsClicks_; }
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
+  signals:
+    // The state the user asked for by clicking, before (or instead of) the switch changing.
+    void toggleRequested(bool checked);
+
   protected:
-    void nextCheckState() override {}
-    bool hitButton(const QPoint& position) const override;
     void paintEvent(QPaintEvent* event) override;
+    void nextCheckState() override;
+    bool hitButton(const QPoint& position) const override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+  private:
+    void moveKnob(bool checked);
+
+    bool followsClicks_ = true;
+    bool hovered_ = false;
+    // 0 is off, 1 is on; in between while sliding.
+    qreal knobPosition_ = 0;
+    QVariantAnimation slide_;
 };
 
 }  // namespace voltaro::ui

@@ -24,8 +24,25 @@ TEST(CommandLineTest, ReadsModesAndIgnoresUnknownArguments) {
     EXPECT_FALSE(once.immediateOutput);
 
     EXPECT_EQ(parse({"--watch"}).mode, CommandLine::Mode::watch);
-    EXPECT_TRUE(parse({"--preview-window"}).previewWindow);
-    EXPECT_FALSE(parse({"--preview-window-x"}).previewWindow);
+    EXPECT_FALSE(parse({}).traceRefreshes);
+    EXPECT_TRUE(parse({"--trace-refreshes"}).traceRefreshes);
+}
+
+TEST(CommandLineTest, OnlyTheExactPreviewSwitchOpensThePreviewWindow) {
+    const struct {
+        std::vector<std::string> arguments;
+        bool previewWindow;
+    } cases[] = {
+        {{"--preview-window"}, true},    {{"-psn_0_1234", "--preview-window", "--bogus"}, true},
+        {{"--preview-window-x"}, false}, {{"--preview-window=1"}, false},
+        {{"--preview-window="}, false},  {{"--preview"}, false},
+        {{"-preview-window"}, false},    {{"--PREVIEW-WINDOW"}, false},
+    };
+    for (const auto& c : cases) {
+        const CommandLine commandLine = parse(c.arguments);
+        EXPECT_EQ(commandLine.previewWindow, c.previewWindow) << c.arguments.front();
+        EXPECT_FALSE(commandLine.immediateOutput) << c.arguments.front();
+    }
 }
 
 TEST(CommandLineTest, HelpAndVersionOnlyPrint) {

@@ -5,34 +5,12 @@
 #include <functional>
 #include <vector>
 
+#include "support/FakeLoginItemService.h"
+
 namespace voltaro {
 namespace {
 
-class FakeLoginItemService final : public LoginItemService {
-  public:
-    LoginItemStatus currentStatus = LoginItemStatus::notRegistered;
-    std::optional<std::string> nextFailure;
-    // Status the service reports after a change, failed or not.
-    std::optional<LoginItemStatus> statusAfterChange;
-    std::function<void()> duringChange;
-    std::vector<std::string> calls;
-
-    LoginItemStatus status() override { return currentStatus; }
-    std::optional<std::string> registerItem() override { return change("register"); }
-    std::optional<std::string> unregisterItem() override { return change("unregister"); }
-
-  private:
-    std::optional<std::string> change(const std::string& name) {
-        calls.push_back(name);
-        if (duringChange) {
-            duringChange();
-        }
-        if (statusAfterChange) {
-            currentStatus = *statusAfterChange;
-        }
-        return std::exchange(nextFailure, std::nullopt);
-    }
-};
+using testing::FakeLoginItemService;
 
 struct Fixture {
     explicit Fixture(LoginItemStatus initial = LoginItemStatus::notRegistered) {

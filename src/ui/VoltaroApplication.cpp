@@ -1,0 +1,121 @@
+#include "ui/VoltaroApplication.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QScreen>
+#include <QStyle>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "ui/DashboardView.h"
+#include "ui/SettingsView.h"
+#include "ui/Translation.h"
+
+namespace voltaro::ui {
+namespace {
+
+constexpr QSize previewSize(380, 550);
+
+void centreOnScreen(QWidget& window) {
+    QScreen* screen =
+        window.screen() != nullptr ? window.screen() : QGuiApplication::primaryScreen();
+    if (screen == nullptr) {
+        return;
+    }
+    QRect frame(QPoint(), window.size());
+    frame.moveCenter(screen->availableGeometry().center());
+    window.move(frame.topLeft());
+}
+
+void bringToFront(QWidget& window) {
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
+}  // namespace
+
+void prepareApplication() {
+    QCoreApplication::setOrganizationName("Voltaro");
+    QCoreApplication::setApplicationName("Voltaro");
+    QGuiApplication::setDesktopFileName("voltaro");
+    // Windows come and go; the application decides itself when it is done.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    installTranslation(QLocale::system());
+}
+
+VoltaroApplication::VoltaroApplication(BatteryMonitor& monitor, LoginItemServiceFactory loginItems)
+    : monitor_(monitor), loginItems_(std::move(loginItems)) {}
+
+VoltaroApplication::~VoltaroApplication() {
+    if (loop_) {
+        loop_->cancel();
+    }
+}
+
+void VoltaroApplication::start() {
+    // run() returns an inert task when a loop already runs, so this never starts a second one.
+    if (!loop_) {
+        loop_ = monitor_.run();
+    }
+}
+
+void VoltaroApplication::showPreviewWindow() {
+    if (previewWindow_) {
+        bringToFront(*previewWindow_);
+        return;
+    }
+    previewWindow_ = std::make_unique<QWidget>(
+        nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                     Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
+                     Qt::WindowMinimizeButtonHint);
+    previewWindow_->setWindowTitle("Voltaro Preview");
+    auto* layout = new QVBoxLayout(previewWindow_.get());
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(new DashboardView(monitor_, [this] { openSettings(); }));
+    // Not resizable: the dashboard has one size.
+    previewWindow_->setFixedSize(previewSize);
+    previewWindow_->installEventFilter(this);
+    centreOnScreen(*previewWindow_);
+    bringToFront(*previewWindow_);
+}
+
+void VoltaroApplication::openSettings() {
+    if (!settingsWindow_) {
+        settingsWindow_ = std::make_unique<SettingsView>(loginItems_());
+        settingsWindow_->setWindowTitle(ui::tr("Voltaro Settings"));
+        settingsWindow_->installEventFilter(this);
+        settingsWindow_->adjustSize();
+        centreOnScreen(*settingsWindow_);
+    }
+    bringToFront(*settingsWindow_);
+}
+
+void VoltaroApplication::setReachableWithoutWindows(bool reachable) {
+    reachableWithoutWindows_ = reachable;
+}
+
+bool VoltaroApplication::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Close) {
+        // Look once the window has actually gone from the screen.
+        QTimer::singleShot(0, this, &VoltaroApplication::quitIfNoWindowIsLeft);
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void VoltaroApplication::quitIfNoWindowIsLeft() {
+    if (reachableWithoutWindows_) {
+        return;
+    }
+    const bool previewShown = previewWindow_ && previewWindow_->isVisible();
+    const bool settingsShown = settingsWindow_ && settingsWindow_->isVisible();
+    if (!previewShown && !settingsShown) {
+        quitApplication();
+    }
+}
+
+void VoltaroApplication::quitApplication() {
+    QCoreApplication::quit();
+}
+
+}  // namespace voltaro::ui

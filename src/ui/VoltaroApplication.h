@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "core/controls/LoginItemService.h"
+#include "core/monitor/BatteryMonitor.h"
+
+class QWidget;
+
+namespace voltaro::ui {
+
+class SettingsView;
+
+// Names the application (so its preferences land in ~/.config/Voltaro/Voltaro.conf), keeps it
+// alive without windows, and speaks the user's language. Call once, after QApplication exists.
+void prepareApplication();
+
+// The desktop front end's windows around the one monitor, and the one refresh loop that feeds
+// them. Main thread only.
+class VoltaroApplication : public QObject {
+    Q_OBJECT
+
+  public:
+    using LoginItemServiceFactory = std::function<std::unique_ptr<LoginItemService>()>;
+
+    VoltaroApplication(BatteryMonitor& monitor, LoginItemServiceFactory loginItems);
+    ~VoltaroApplication() override;
+
+    // Starts the monitor's loop, which runs as long as this object.
+    void start();
+    // The dashboard in an ordinary window, 380 × 550, in the middle of the screen and in front.
+    // Shown once; closing it only hides it.
+    void showPreviewWindow();
+    // One settings window: opened on first use, brought to the front after that.
+    void openSettings();
+
+    // The tray item keeps the application within reach after its last window closes. Until one
+    // is there, closing the last window quits, so no invisible process lingers.
+    void setReachableWithoutWindows(bool reachable);
+
+    QWidget* previewWindow() const { return previewWindow_.get(); }
+    SettingsView* settingsWindow() const { return settingsWindow_.get(); }
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    virtual void quitApplication();
+
+  private:
+    void quitIfNoWindowIsLeft();
+
+    BatteryMonitor& monitor_;
+    LoginItemServiceFactory loginItems_;
+    std::optional<BatteryMonitor::LoopTask> loop_;
+    std::unique_ptr<QWidget> previewWindow_;
+    std::unique_ptr<SettingsView> settingsWindow_;
+    bool reachableWithoutWindows_ = false;
+};
+
+}  // namespace voltaro::ui

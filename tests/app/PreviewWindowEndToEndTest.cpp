@@ -1,0 +1,177 @@
+// Runs the real binary with --preview-window on a virtual X server and looks at it from outside:
+// the window the X server holds, and the line the program writes for each refresh.
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "ChildProcess.h"
+
+namespace voltaro {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ChildProcess;
+using testing::outputOf;
+
+constexpr int screenWidth = 1280;
+constexpr int screenHeight = 800;
+
+bool installed(const std::string& program) {
+    return !outputOf("command -v " + program + " 2>/dev/null").empty();
+}
+
+// A private X server on a display number it picks itself, so parallel tests never collide.
+class VirtualDisplay {
+  public:
+    VirtualDisplay()
+        : server_({"/bin/sh", "-c",
+                   "exec Xvfb -displayfd 3 -nolisten tcp -screen 0 " + std::to_string(screenWidth) +
+                       "x" + std::to_string(screenHeight) + "x24 2>/dev/null"},
+                  {}, 3) {
+        std::string number;
+        if (server_.readLine(number, 20000) && !number.empty()) {
+            name_ = ":" + number;
+        }
+    }
+    const std::string& name() const { return name_; }
+
+  private:
+    ChildProcess server_;
+    std::string name_;
+};
+
+struct Refresh {
+    long long number;
+    long long milliseconds;
+    std::string line;
+};
+
+class PreviewWindowEndToEndTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        for (const char* program : {"Xvfb", "xwininfo", "xprop"}) {
+            if (!installed(program)) {
+                GTEST_SKIP() << program << " is missing (scripts/install-dependencies.sh)";
+            }
+        }
+        display_.emplace();
+        ASSERT_FALSE(display_->name().empty()) << "Xvfb did not start";
+        const fs::path fixture = fs::path(VOLTARO_TEST_DATA) / "sysfs" / "asus-zenbook-14-charging";
+        home_ = fs::temp_directory_path() / ("voltaro-e2e-" + std::to_string(getpid()));
+        fs::create_directories(home_);
+        voltaro_.emplace(
+            std::vector<std::string>{VOLTARO_BINARY, "--preview-window", "--sysfs-root",
+                                     fixture.string(), "--trace-refreshes"},
+            std::vector<std::string>{"DISPLAY=" + display_->name(), "QT_QPA_PLATFORM=xcb",
+                                     "LC_ALL=C", "LANGUAGE=", "XDG_CONFIG_HOME=" + home_.string()},
+            2);
+        ASSERT_TRUE(voltaro_->started());
+    }
+
+    // The refresh lines written within the time; other lines (Qt's own notes) are left out.
+    std::vector<Refresh> refreshesWithin(std::chrono::milliseconds time) {
+        static const std::regex refreshLine(R"(^refresh (\d+) at (\d+) ms: .*)");
+        std::vector<Refresh> refreshes;
+        const auto deadline = std::chrono::steady_clock::now() + time;
+        std::string line;
+        while (true) {
+            const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+                deadline - std::chrono::steady_clock::now());
+            if (left.count() <= 0 || !voltaro_->readLine(line, static_cast<int>(left.count()))) {
+                return refreshes;
+            }
+            std::smatch match;
+            if (std::regex_match(line, match, refreshLine)) {
+                refreshes.push_back({std::stoll(match[1]), std::stoll(match[2]), line});
+            }
+        }
+    }
+
+    std::string x11(const std::string& command) {
+        return outputOf(command + " -display " + display_->name() + " 2>&1");
+    }
+
+    void TearDown() override {
+        voltaro_.reset();
+        display_.reset();
+        if (!home_.empty()) {
+            std::error_code ignored;
+            fs::remove_all(home_, ignored);
+        }
+    }
+
+    fs::path home_;
+    std::optional<VirtualDisplay> display_;
+    std::optional<ChildProcess> voltaro_;
+};
+
+TEST_F(PreviewWindowEndToEndTest, ShowsOneFixedWindowInTheMiddleAndRefreshesEveryTwoSeconds) {
+    const std::vector<Refresh> refreshes = refreshesWithin(std::chrono::milliseconds(7000));
+    ASSERT_TRUE(voltaro_->running()) << "voltaro ended early";
+
+    // The window: "0x400006 "Voltaro Preview": ("voltaro" "voltaro")  380x550+450+125  +450+125"
+    const std::string tree = x11("xwininfo -root -tree");
+    std::smatch window;
+    ASSERT_TRUE(std::regex_search(
+        tree, window,
+        std::regex(R"re((0x[0-9a-f]+) "Voltaro Preview": .*?(\d+)x(\d+)\+(-?\d+)\+(-?\d+))re")))
+        << tree;
+    EXPECT_EQ(std::stoi(window[2]), 380);
+    EXPECT_EQ(std::stoi(window[3]), 550);
+    EXPECT_EQ(std::stoi(window[4]), (screenWidth - 380) / 2);
+    EXPECT_EQ(std::stoi(window[5]), (screenHeight - 550) / 2);
+    const std::string id = window[1];
+    const std::string state = x11("xwininfo -id " + id);
+    EXPECT_NE(state.find("Map State: IsViewable"), std::string::npos) << state;
+    // Not resizable: the smallest and the largest size the window allows are the same.
+    const std::string hints = x11("xprop -id " + id + " WM_NORMAL_HINTS");
+    EXPECT_NE(hints.find("minimum size: 380 by 550"), std::string::npos) << hints;
+    EXPECT_NE(hints.find("maximum size: 380 by 550"), std::string::npos) << hints;
+
+    // One loop: a refresh at once, then one every 2 s, not twice as often. The timers may fire
+    // a little early or late; a second loop would put refreshes far closer together.
+    ASSERT_GE(refreshes.size(), 3u);
+    ASSERT_LE(refreshes.size(), 5u);
+    EXPECT_LT(refreshes.front().milliseconds, 1900) << refreshes.front().line;
+    for (std::size_t at = 1; at < refreshes.size(); ++at) {
+        SCOPED_TRACE(refreshes[at].line);
+        EXPECT_EQ(refreshes[at].number, refreshes[at - 1].number + 1);
+        const long long gap = refreshes[at].milliseconds - refreshes[at - 1].milliseconds;
+        EXPECT_GE(gap, 1700);
+        EXPECT_LE(gap, 3500);
+    }
+    // What the monitor read from the fixture laptop.
+    EXPECT_NE(refreshes.back().line.find("level 57, Charging"), std::string::npos)
+        << refreshes.back().line;
+}
+
+TEST_F(PreviewWindowEndToEndTest, TheWindowShowsTheFixturesBattery) {
+    const std::vector<Refresh> refreshes = refreshesWithin(std::chrono::milliseconds(3000));
+    ASSERT_FALSE(refreshes.empty());
+    const std::string& line = refreshes.back().line;
+    const std::string screen = line.substr(line.find("; screen: ") + 10);
+    if (screen.empty()) {
+        GTEST_SKIP() << "the dashboard shows no texts yet";
+    }
+    EXPECT_NE(screen.find("Battery — 57%"), std::string::npos) << screen;
+    EXPECT_NE(screen.find("Charging"), std::string::npos) << screen;
+}
+
+TEST(PreviewWindowWithoutDisplayTest, FallsBackToTheTerminalAndSaysSo) {
+    const fs::path fixture = fs::path(VOLTARO_TEST_DATA) / "sysfs" / "asus-zenbook-14-charging";
+    const std::string output = outputOf(
+        "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " + std::string(VOLTARO_BINARY) +
+        " --preview-window --once --json --sysfs-root '" + fixture.string() + "' 2>&1");
+    EXPECT_NE(output.find("no graphical session"), std::string::npos) << output;
+    EXPECT_NE(output.find(R"("level":57)"), std::string::npos) << output;
+}
+
+}  // namespace
+}  // namespace voltaro
