@@ -83,7 +83,8 @@ bool TrayItem::usesStatusNotifier() const {
 }
 
 QList<QImage> TrayItem::iconSizes(const BatterySnapshot& snapshot, const QColor& color) {
-    const qreal glyphAspect = MenuBarBatteryImage::heightPoints / MenuBarBatteryImage::widthPoints;
+    const qreal heightPerWidth =
+        MenuBarBatteryImage::heightPoints / MenuBarBatteryImage::widthPoints;
     QList<QImage> sizes;
     for (const int side : {16, 22, 32, 44, 64}) {
         const qreal scale = side / MenuBarBatteryImage::widthPoints;
@@ -91,7 +92,7 @@ QList<QImage> TrayItem::iconSizes(const BatterySnapshot& snapshot, const QColor&
         square.fill(Qt::transparent);
         QPainter painter(&square);
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        const qreal glyphHeight = side * glyphAspect;
+        const qreal glyphHeight = side * heightPerWidth;
         painter.drawImage(QRectF(0, (side - glyphHeight) / 2, side, glyphHeight),
                           MenuBarLabel::glyph(snapshot, color, scale));
         painter.end();
