@@ -1,0 +1,211 @@
+#include "ui/StatusNotifierItem.h"
+
+#include <QCoreApplication>
+#include <QDBusAbstractAdaptor>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusServiceWatcher>
+#include <QtEndian>
+
+namespace voltaro::ui {
+
+// What the hosts see: the item's D-Bus interface, kept apart from the owner's signals.
+class StatusNotifierItem::Adaptor : public QDBusAbstractAdaptor {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
+    Q_PROPERTY(QString Category READ category)
+    Q_PROPERTY(QString Id READ id)
+    Q_PROPERTY(QString Title READ title)
+    Q_PROPERTY(QString Status READ status)
+    Q_PROPERTY(int WindowId READ windowId)
+    Q_PROPERTY(QString IconName READ iconName)
+    Q_PROPERTY(QList<voltaro::ui::StatusNotifierItem::Pixmap> IconPixmap READ iconPixmap)
+    Q_PROPERTY(voltaro::ui::StatusNotifierItem::ToolTipValue ToolTip READ toolTip)
+    Q_PROPERTY(bool ItemIsMenu READ itemIsMenu)
+    Q_PROPERTY(QDBusObjectPath Menu READ menu)
+    Q_PROPERTY(QString XAyatanaLabel READ label)
+    Q_PROPERTY(QString XAyatanaLabelGuide READ labelGuide)
+
+  public:
+    explicit Adaptor(StatusNotifierItem* item) : QDBusAbstractAdaptor(item), item_(item) {}
+
+    QString category() const { return QStringLiteral("Hardware"); }
+    QString id() const { return QStringLiteral("voltaro"); }
+    QString title() const { return QStringLiteral("Voltaro"); }
+    QString status() const { return QStringLiteral("Active"); }
+    int windowId() const { return 0; }
+    QString iconName() const { return {}; }
+    QList<Pixmap> iconPixmap() const { return item_->iconPixmap_; }
+    ToolTipValue toolTip() const { return {{}, {}, item_->toolTipTitle_, {}}; }
+    bool itemIsMenu() const { return false; }
+    QDBusObjectPath menu() const { return item_->menuPath_; }
+    QString label() const { return item_->label_; }
+    QString labelGuide() const { return item_->labelGuide_; }
+
+  public slots:
+    void Activate(int x, int y) {
+        // Hosts that cannot know the pointer's position (Wayland) send the origin.
+        emit item_->activated(x == 0 && y == 0 ? std::nullopt
+                                               : std::optional<QPoint>(QPoint(x, y)));
+    }
+    void SecondaryActivate(int, int) {}
+    void ContextMenu(int x, int y) { emit item_->contextMenuRequested(QPoint(x, y)); }
+    void Scroll(int, const QString&) {}
+
+  signals:
+    void NewTitle();
+    void NewIcon();
+    void NewToolTip();
+    void NewStatus(const QString& status);
+    void XAyatanaNewLabel(const QString& label, const QString& guide);
+
+  private:
+    StatusNotifierItem* item_;
+};
+
+StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, const QDBusObjectPath& menuPath,
+                                       QObject* parent)
+    : QObject(parent), bus_(bus), menuPath_(menuPath), adaptor_(new Adaptor(this)) {
+    registerDBusTypes();
+    // Hosts tell items apart by bus name: the process id, and a count for a second item.
+    static int instances = 0;
+    serviceName_ = QStringLiteral("org.kde.StatusNotifierItem-%1-%2")
+                       .arg(QCoreApplication::applicationPid())
+                       .arg(++instances);
+    if (!bus_.isConnected()) {
+        return;
+    }
+    isExported_ = bus_.registerObject(QString::fromLatin1(objectPath), this,
+                                      QDBusConnection::ExportAdaptors) &&
+                  bus_.registerService(serviceName_);
+
+    // A watcher that starts later, or restarts with the panel, learns of the item again.
+    auto* watcher = new QDBusServiceWatcher(QString::fromLatin1(watcherService), bus_,
+                                            QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString&, const QString&, const QString& newOwner) {
+                setWatcherPresent(!newOwner.isEmpty());
+                if (!newOwner.isEmpty()) {
+                    registerWithWatcher();
+                }
+            });
+    if (bus_.interface() &&
+        bus_.interface()->isServiceRegistered(QString::fromLatin1(watcherService))) {
+        isWatcherPresent_ = true;
+        registerWithWatcher();
+    }
+}
+
+StatusNotifierItem::~StatusNotifierItem() {
+    if (isExported_) {
+        bus_.unregisterService(serviceName_);
+        bus_.unregisterObject(QString::fromLatin1(objectPath));
+    }
+}
+
+StatusNotifierItem::Pixmap StatusNotifierItem::pixmapOf(const QImage& image) {
+    const QImage argb = image.convertToFormat(QImage::Format_ARGB32);
+    Pixmap pixmap{argb.width(), argb.height(), {}};
+    pixmap.argb.resize(static_cast<qsizetype>(argb.width()) * argb.height() * 4);
+    auto* out = reinterpret_cast<uchar*>(pixmap.argb.data());
+    for (int y = 0; y < argb.height(); ++y) {
+        const auto* line = reinterpret_cast<const QRgb*>(argb.constScanLine(y));
+        for (int x = 0; x < argb.width(); ++x, out += 4) {
+            qToBigEndian<quint32>(line[x], out);
+        }
+    }
+    return pixmap;
+}
+
+void StatusNotifierItem::registerDBusTypes() {
+    static const bool registered = [] {
+        qDBusRegisterMetaType<Pixmap>();
+        qDBusRegisterMetaType<QList<Pixmap>>();
+        qDBusRegisterMetaType<ToolTipValue>();
+        return true;
+    }();
+    Q_UNUSED(registered);
+}
+
+void StatusNotifierItem::setIcon(const QList<QImage>& sizes) {
+    QList<Pixmap> pixmaps;
+    for (const QImage& image : sizes) {
+        pixmaps.append(pixmapOf(image));
+    }
+    if (pixmaps == iconPixmap_) {
+        return;
+    }
+    iconPixmap_ = pixmaps;
+    emit adaptor_->NewIcon();
+}
+
+void StatusNotifierItem::setToolTipTitle(const QString& title) {
+    if (title == toolTipTitle_) {
+        return;
+    }
+    toolTipTitle_ = title;
+    emit adaptor_->NewToolTip();
+}
+
+void StatusNotifierItem::setLabel(const QString& label, const QString& guide) {
+    if (label == label_ && guide == labelGuide_) {
+        return;
+    }
+    label_ = label;
+    labelGuide_ = guide;
+    emit adaptor_->XAyatanaNewLabel(label_, labelGuide_);
+}
+
+void StatusNotifierItem::registerWithWatcher() {
+    if (!isExported_) {
+        return;
+    }
+    auto call = QDBusMessage::createMethodCall(
+        QString::fromLatin1(watcherService), QStringLiteral("/StatusNotifierWatcher"),
+        QString::fromLatin1(watcherService), QStringLiteral("RegisterStatusNotifierItem"));
+    call << serviceName_;
+    // Never blocks: a watcher that does not answer must not hang the application.
+    bus_.asyncCall(call);
+}
+
+void StatusNotifierItem::setWatcherPresent(bool isPresent) {
+    if (isPresent == isWatcherPresent_) {
+        return;
+    }
+    isWatcherPresent_ = isPresent;
+    emit watcherPresenceChanged(isPresent);
+}
+
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierItem::Pixmap& pixmap) {
+    argument.beginStructure();
+    argument << pixmap.width << pixmap.height << pixmap.argb;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierItem::Pixmap& pixmap) {
+    argument.beginStructure();
+    argument >> pixmap.width >> pixmap.height >> pixmap.argb;
+    argument.endStructure();
+    return argument;
+}
+
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierItem::ToolTipValue& tip) {
+    argument.beginStructure();
+    argument << tip.iconName << tip.iconPixmaps << tip.title << tip.description;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument,
+                                StatusNotifierItem::ToolTipValue& tip) {
+    argument.beginStructure();
+    argument >> tip.iconName >> tip.iconPixmaps >> tip.title >> tip.description;
+    argument.endStructure();
+    return argument;
+}
+
+}  // namespace voltaro::ui
+
+#include "StatusNotifierItem.moc"

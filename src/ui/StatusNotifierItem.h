@@ -1,0 +1,98 @@
+#pragma once
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusObjectPath>
+#include <QImage>
+#include <QList>
+#include <QMetaType>
+#include <QObject>
+#include <QPoint>
+#include <QString>
+#include <optional>
+
+namespace voltaro::ui {
+
+// The tray item as Linux desktops show it: an org.kde.StatusNotifierItem at /StatusNotifierItem
+// under a bus name of its own, announced to the StatusNotifierWatcher whenever one appears.
+// Beside the icon, the AppIndicator hosts (GNOME, Ubuntu, XFCE, MATE) show the label; KDE shows
+// the tooltip.
+class StatusNotifierItem : public QObject {
+    Q_OBJECT
+
+  public:
+    // One icon size: ARGB32 pixels, each in network byte order.
+    struct Pixmap {
+        int width = 0;
+        int height = 0;
+        QByteArray argb;
+        friend bool operator==(const Pixmap&, const Pixmap&) = default;
+    };
+    struct ToolTipValue {
+        QString iconName;
+        QList<Pixmap> iconPixmaps;
+        QString title;
+        QString description;
+    };
+
+    static constexpr const char* objectPath = "/StatusNotifierItem";
+    static constexpr const char* watcherService = "org.kde.StatusNotifierWatcher";
+
+    StatusNotifierItem(const QDBusConnection& bus, const QDBusObjectPath& menuPath,
+                       QObject* parent = nullptr);
+    ~StatusNotifierItem() override;
+
+    static Pixmap pixmapOf(const QImage& image);
+    static void registerDBusTypes();
+
+    // Whether the item is on the bus under its own name.
+    bool isExported() const { return isExported_; }
+    bool isWatcherPresent() const { return isWatcherPresent_; }
+    QString serviceName() const { return serviceName_; }
+
+    // Each tells the hosts only when the value changed.
+    void setIcon(const QList<QImage>& sizes);
+    void setToolTipTitle(const QString& title);
+    void setLabel(const QString& label, const QString& guide);
+
+    QList<Pixmap> iconPixmap() const { return iconPixmap_; }
+    QString toolTipTitle() const { return toolTipTitle_; }
+    QDBusObjectPath menuPath() const { return menuPath_; }
+    QString label() const { return label_; }
+    QString labelGuide() const { return labelGuide_; }
+
+  signals:
+    // Clicked; without a point when the host could not tell where.
+    void activated(std::optional<QPoint> at);
+    void contextMenuRequested(QPoint at);
+    void watcherPresenceChanged(bool isPresent);
+
+  private:
+    class Adaptor;
+    friend class Adaptor;
+
+    void registerWithWatcher();
+    void setWatcherPresent(bool isPresent);
+
+    QDBusConnection bus_;
+    QDBusObjectPath menuPath_;
+    Adaptor* adaptor_;
+    QString serviceName_;
+    bool isExported_ = false;
+    bool isWatcherPresent_ = false;
+    QList<Pixmap> iconPixmap_;
+    QString toolTipTitle_;
+    QString label_;
+    QString labelGuide_;
+};
+
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierItem::Pixmap& pixmap);
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierItem::Pixmap& pixmap);
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierItem::ToolTipValue& tip);
+const QDBusArgument& operator>>(const QDBusArgument& argument,
+                                StatusNotifierItem::ToolTipValue& tip);
+
+}  // namespace voltaro::ui
+
+Q_DECLARE_METATYPE(voltaro::ui::StatusNotifierItem::Pixmap)
+Q_DECLARE_METATYPE(voltaro::ui::StatusNotifierItem::ToolTipValue)

@@ -1,0 +1,170 @@
+#include "ui/TrayItem.h"
+
+#include <QGuiApplication>
+#include <QIcon>
+#include <QMenu>
+#include <QPainter>
+#include <QPalette>
+#include <QPixmap>
+#include <QSystemTrayIcon>
+
+#include "ui/DBusMenu.h"
+#include "ui/DisplayPreferencesStore.h"
+#include "ui/MenuBarBatteryImage.h"
+#include "ui/MenuBarLabel.h"
+#include "ui/Observation.h"
+#include "ui/StatusNotifierItem.h"
+#include "ui/Translation.h"
+
+namespace voltaro::ui {
+namespace {
+
+bool sameChoices(const MenuBarLabelChoices& a, const MenuBarLabelChoices& b) {
+    return a.showsPercentage == b.showsPercentage && a.showsPowerUsage == b.showsPowerUsage &&
+           a.highlightsBatteryDrain == b.highlightsBatteryDrain;
+}
+
+// A menu entry's text with its ampersands shown rather than taken as shortcut marks.
+QString menuText(const char* english) {
+    return tr(english).replace(QLatin1Char('&'), "&&");
+}
+
+}  // namespace
+
+TrayItem::TrayItem(Observable<BatterySnapshot>& snapshot, DisplayPreferencesStore& preferences,
+                   const QDBusConnection& bus, QObject* parent)
+    : QObject(parent),
+      snapshot_(snapshot),
+      preferences_(preferences),
+      textColor_(QGuiApplication::palette().color(QPalette::WindowText)),
+      // The menu is on the bus before the item that names it.
+      dbusMenu_(new DBusMenu(bus, this)),
+      statusNotifierItem_(new StatusNotifierItem(
+          bus, QDBusObjectPath(QString::fromLatin1(DBusMenu::objectPath)), this)),
+      contextMenu_(std::make_unique<QMenu>()) {
+    connect(dbusMenu_, &DBusMenu::openDashboardRequested, this,
+            [this] { emit openDashboardRequested(std::nullopt); });
+    connect(dbusMenu_, &DBusMenu::openSettingsRequested, this, &TrayItem::openSettingsRequested);
+    connect(dbusMenu_, &DBusMenu::quitRequested, this, &TrayItem::quitRequested);
+
+    contextMenu_->addAction(menuText("Open Dashboard"), this,
+                            [this] { emit openDashboardRequested(fallbackAnchor()); });
+    contextMenu_->addAction(menuText("Settings…"), this, &TrayItem::openSettingsRequested);
+    contextMenu_->addAction(menuText("Quit Voltaro"), this, &TrayItem::quitRequested);
+
+    connect(statusNotifierItem_, &StatusNotifierItem::activated, this,
+            &TrayItem::openDashboardRequested);
+    // Hosts with a menu of their own show the D-Bus menu; others ask for ours.
+    connect(statusNotifierItem_, &StatusNotifierItem::contextMenuRequested, this,
+            [this](QPoint at) { contextMenu_->popup(at); });
+    connect(statusNotifierItem_, &StatusNotifierItem::watcherPresenceChanged, this,
+            &TrayItem::chooseSurface);
+
+    observe(this, snapshot_, [this](const BatterySnapshot&) { update(false); });
+    // The store also tells of the temperature unit, which the label does not show.
+    connect(&preferences_, &DisplayPreferencesStore::changed, this, [this] { update(false); });
+
+    update(true);
+    chooseSurface();
+}
+
+TrayItem::~TrayItem() = default;
+
+void TrayItem::setTextColor(const QColor& color) {
+    if (color == textColor_) {
+        return;
+    }
+    textColor_ = color;
+    update(true);
+}
+
+bool TrayItem::usesStatusNotifier() const {
+    return statusNotifierItem_->isExported() && statusNotifierItem_->isWatcherPresent();
+}
+
+QList<QImage> TrayItem::iconSizes(const BatterySnapshot& snapshot, const QColor& color) {
+    const qreal heightPerWidth =
+        MenuBarBatteryImage::heightPoints / MenuBarBatteryImage::widthPoints;
+    QList<QImage> sizes;
+    for (const int side : {16, 22, 32, 44, 64}) {
+        const qreal scale = side / MenuBarBatteryImage::widthPoints;
+        QImage square(side, side, QImage::Format_ARGB32_Premultiplied);
+        square.fill(Qt::transparent);
+        QPainter painter(&square);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        const qreal glyphHeight = side * heightPerWidth;
+        painter.drawImage(QRectF(0, (side - glyphHeight) / 2, side, glyphHeight),
+                          MenuBarLabel::glyph(snapshot, color, scale));
+        painter.end();
+        sizes.append(square);
+    }
+    return sizes;
+}
+
+MenuBarLabelChoices TrayItem::currentChoices() const {
+    return {preferences_.value(showsPercentageInMenuBar),
+            preferences_.value(showsPowerUsageInMenuBar),
+            preferences_.value(highlightsBatteryDrainInMenuBar)};
+}
+
+void TrayItem::update(bool force) {
+    const BatterySnapshot& snapshot = snapshot_.get();
+    const MenuBarLabelChoices choices = currentChoices();
+    if (!force && shownSnapshot_ == snapshot && sameChoices(shownChoices_, choices)) {
+        return;
+    }
+    shownSnapshot_ = snapshot;
+    shownChoices_ = choices;
+
+    // Each setter tells the hosts only of what really changed: a new reading time alone
+    // leaves the label, the icon and the tooltip as they were.
+    statusNotifierItem_->setIcon(iconSizes(snapshot, textColor_));
+    statusNotifierItem_->setToolTipTitle(QString::fromStdString(accessibilityText(snapshot)));
+    statusNotifierItem_->setLabel(
+        QString::fromStdString(statusText(snapshot, choices).value_or("")),
+        QString::fromStdString(reservedStatusText(choices)));
+    updateFallbackIcon();
+}
+
+void TrayItem::updateFallbackIcon() {
+    if (!fallback_ || !shownSnapshot_) {
+        return;
+    }
+    QIcon icon;
+    for (const qreal scale : {1.0, 2.0}) {
+        icon.addPixmap(QPixmap::fromImage(
+            MenuBarLabel::render(*shownSnapshot_, shownChoices_, textColor_, scale)));
+    }
+    fallback_->setIcon(icon);
+    fallback_->setToolTip(QString::fromStdString(accessibilityText(*shownSnapshot_)));
+}
+
+void TrayItem::chooseSurface() {
+    if (usesStatusNotifier()) {
+        delete fallback_;
+        fallback_ = nullptr;
+        return;
+    }
+    if (fallback_ || !QSystemTrayIcon::isSystemTrayAvailable()) {
+        return;
+    }
+    fallback_ = new QSystemTrayIcon(this);
+    fallback_->setContextMenu(contextMenu_.get());
+    connect(fallback_, &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                if (reason == QSystemTrayIcon::Trigger) {
+                    emit openDashboardRequested(fallbackAnchor());
+                }
+            });
+    updateFallbackIcon();
+    fallback_->show();
+}
+
+std::optional<QPoint> TrayItem::fallbackAnchor() const {
+    if (!fallback_ || !fallback_->geometry().isValid()) {
+        return std::nullopt;
+    }
+    return fallback_->geometry().center();
+}
+
+}  // namespace voltaro::ui

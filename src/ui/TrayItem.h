@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QColor>
+#include <QDBusConnection>
+#include <QImage>
+#include <QList>
+#include <QObject>
+#include <QPoint>
+#include <memory>
+#include <optional>
+
+#include "core/common/Published.h"
+#include "core/presentation/MenuBarLabelTexts.h"
+#include "core/telemetry/BatterySnapshot.h"
+
+class QMenu;
+class QSystemTrayIcon;
+
+namespace voltaro::ui {
+
+class DBusMenu;
+class DisplayPreferencesStore;
+class StatusNotifierItem;
+
+// The application's presence in the panel: the battery glyph with the status text, kept up to
+// date with the snapshot and the label choices. Shown through the StatusNotifier hosts when a
+// watcher runs on the bus, otherwise as an XEmbed tray icon with the whole label drawn in.
+class TrayItem : public QObject {
+    Q_OBJECT
+
+  public:
+    // The snapshot and the store outlive the item.
+    TrayItem(Observable<BatterySnapshot>& snapshot, DisplayPreferencesStore& preferences,
+             const QDBusConnection& bus = QDBusConnection::sessionBus(), QObject* parent = nullptr);
+    ~TrayItem() override;
+
+    // The panel's text colour, which the glyph takes. Until told, the application palette's
+    // window text colour is the best guess.
+    void setTextColor(const QColor& color);
+    QColor textColor() const { return textColor_; }
+
+    // Through a StatusNotifierWatcher rather than an XEmbed tray.
+    bool usesStatusNotifier() const;
+
+    // The glyph padded into the square sizes hosts draw icons at.
+    static QList<QImage> iconSizes(const BatterySnapshot& snapshot, const QColor& color);
+
+  signals:
+    // Where the item was clicked, when the host tells.
+    void openDashboardRequested(std::optional<QPoint> at);
+    void openSettingsRequested();
+    void quitRequested();
+
+  private:
+    MenuBarLabelChoices currentChoices() const;
+    // Re-renders what the hosts show, if the snapshot or the choices changed or force is set.
+    void update(bool force);
+    void updateFallbackIcon();
+    void chooseSurface();
+    std::optional<QPoint> fallbackAnchor() const;
+
+    Observable<BatterySnapshot>& snapshot_;
+    DisplayPreferencesStore& preferences_;
+    QColor textColor_;
+    std::optional<BatterySnapshot> shownSnapshot_;
+    MenuBarLabelChoices shownChoices_;
+    DBusMenu* dbusMenu_;
+    StatusNotifierItem* statusNotifierItem_;
+    std::unique_ptr<QMenu> contextMenu_;
+    QSystemTrayIcon* fallback_ = nullptr;
+};
+
+}  // namespace voltaro::ui

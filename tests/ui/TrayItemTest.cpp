@@ -1,0 +1,362 @@
+#include "ui/TrayItem.h"
+
+#include <gtest/gtest.h>
+#include <QCoreApplication>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusPendingCall>
+#include <QDBusVariant>
+#include <QElapsedTimer>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <chrono>
+#include <memory>
+
+#include "ui/DBusMenu.h"
+#include "ui/DisplayPreferencesStore.h"
+#include "ui/StatusNotifierItem.h"
+
+namespace voltaro::ui {
+namespace {
+
+// Spins the event loop until the condition holds or a generous deadline passes; calls between
+// objects of this one process cannot block, as both ends need the loop.
+template <typename Condition>
+bool processEventsUntil(Condition condition) {
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (!condition() && elapsed.elapsed() < 5000) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+    return condition();
+}
+
+// Just enough of a panel's StatusNotifierWatcher: owns the name on a connection of its own and
+// writes down who registers.
+class FakeStatusNotifierWatcher : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+
+  public:
+    FakeStatusNotifierWatcher()
+        : connectionName_(QStringLiteral("watcher-%1").arg(++instances_)),
+          bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName_)) {
+        bus_.registerObject(QStringLiteral("/StatusNotifierWatcher"), this,
+                            QDBusConnection::ExportScriptableSlots);
+        bus_.registerService(QString::fromLatin1(StatusNotifierItem::watcherService));
+    }
+    ~FakeStatusNotifierWatcher() override {
+        // Released by a call the bus answers, so the next test never sees a stale owner.
+        bus_.unregisterService(QString::fromLatin1(StatusNotifierItem::watcherService));
+        QDBusConnection::disconnectFromBus(connectionName_);
+    }
+
+    QStringList registrations;
+
+  public slots:
+    Q_SCRIPTABLE void RegisterStatusNotifierItem(const QString& service) {
+        registrations.append(service);
+    }
+
+  private:
+    static inline int instances_ = 0;
+    QString connectionName_;
+    QDBusConnection bus_;
+};
+
+// Writes down the signals one object sends, as a host would receive them.
+class SignalRecorder : public QObject {
+    Q_OBJECT
+
+  public:
+    SignalRecorder(QDBusConnection bus, const QString& service, const QString& path,
+                   const QString& interface, const QStringList& names) {
+        for (const QString& name : names) {
+            bus.connect(service, path, interface, name, this, SLOT(record(QDBusMessage)));
+        }
+    }
+
+    QList<QDBusMessage> named(const QString& name) const {
+        QList<QDBusMessage> found;
+        for (const QDBusMessage& message : messages) {
+            if (message.member() == name) {
+                found.append(message);
+            }
+        }
+        return found;
+    }
+
+    QList<QDBusMessage> messages;
+
+  public slots:
+    void record(const QDBusMessage& message) { messages.append(message); }
+};
+
+BatterySnapshot fixtureSnapshot() {
+    BatterySnapshot snapshot;
+    snapshot.level = 57;
+    snapshot.systemWatts = 12.5;
+    snapshot.batteryPowerWatts = -12.5;
+    return snapshot;
+}
+
+TEST(TrayItemTest, WithoutABusStaysOffItAndStillFollowsTheSnapshot) {
+    QTemporaryDir directory;
+    DisplayPreferencesStore preferences(
+        std::make_unique<QSettings>(directory.filePath("voltaro.conf"), QSettings::IniFormat));
+    Published<BatterySnapshot> snapshot(fixtureSnapshot());
+    TrayItem tray(snapshot, preferences, QDBusConnection(QStringLiteral("voltaro-no-bus")));
+    EXPECT_FALSE(tray.usesStatusNotifier());
+    BatterySnapshot later = fixtureSnapshot();
+    later.level = 58;
+    snapshot.set(later);
+    preferences.setValue(showsPercentageInMenuBar, false);
+}
+
+// On a private session bus only (tests/ui/tray_bus.sh): a panel on the desktop's own bus would
+// show the test's items.
+class TrayItemBusTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        if (qEnvironmentVariableIsEmpty("VOLTARO_TRAY_BUS")) {
+            GTEST_SKIP() << "needs the private bus of tests/ui/tray_bus.sh";
+        }
+        StatusNotifierItem::registerDBusTypes();
+        DBusMenu::registerDBusTypes();
+        host = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("host"));
+    }
+
+    void TearDown() override { QDBusConnection::disconnectFromBus(QStringLiteral("host")); }
+
+    // A tray item, registered with a watcher that was there first.
+    std::unique_ptr<TrayItem> registeredTray() {
+        watcher = std::make_unique<FakeStatusNotifierWatcher>();
+        auto tray =
+            std::make_unique<TrayItem>(snapshot, preferences, QDBusConnection::sessionBus());
+        EXPECT_TRUE(processEventsUntil([&] { return !watcher->registrations.isEmpty(); }));
+        if (!watcher->registrations.isEmpty()) {
+            itemService = watcher->registrations.first();
+        }
+        return tray;
+    }
+
+    QDBusMessage call(const QDBusMessage& message) {
+        QDBusPendingCall pending = host.asyncCall(message);
+        EXPECT_TRUE(processEventsUntil([&] { return pending.isFinished(); }));
+        return pending.reply();
+    }
+
+    QDBusMessage callItem(const QString& method, const QVariantList& arguments = {}) {
+        auto message =
+            QDBusMessage::createMethodCall(itemService, QStringLiteral("/StatusNotifierItem"),
+                                           QStringLiteral("org.kde.StatusNotifierItem"), method);
+        message.setArguments(arguments);
+        return call(message);
+    }
+
+    QDBusMessage callMenu(const QString& method, const QVariantList& arguments) {
+        auto message =
+            QDBusMessage::createMethodCall(itemService, QStringLiteral("/MenuBar"),
+                                           QStringLiteral("com.canonical.dbusmenu"), method);
+        message.setArguments(arguments);
+        return call(message);
+    }
+
+    QVariant itemProperty(const QString& name) {
+        auto message = QDBusMessage::createMethodCall(
+            itemService, QStringLiteral("/StatusNotifierItem"),
+            QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+        message << QStringLiteral("org.kde.StatusNotifierItem") << name;
+        const QDBusMessage reply = call(message);
+        EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << name.toStdString();
+        return reply.arguments().value(0).value<QDBusVariant>().variant();
+    }
+
+    QList<StatusNotifierItem::Pixmap> iconPixmap() {
+        return qdbus_cast<QList<StatusNotifierItem::Pixmap>>(
+            itemProperty(QStringLiteral("IconPixmap")));
+    }
+
+    std::unique_ptr<SignalRecorder> recordItemSignals() {
+        auto recorder = std::make_unique<SignalRecorder>(
+            host, itemService, QStringLiteral("/StatusNotifierItem"),
+            QStringLiteral("org.kde.StatusNotifierItem"),
+            QStringList{QStringLiteral("NewIcon"), QStringLiteral("NewToolTip"),
+                        QStringLiteral("XAyatanaNewLabel")});
+        itemProperty(QStringLiteral("Id"));  // a round trip: the bus now forwards the signals
+        return recorder;
+    }
+
+    QTemporaryDir directory;
+    DisplayPreferencesStore preferences{
+        std::make_unique<QSettings>(directory.filePath("voltaro.conf"), QSettings::IniFormat)};
+    Published<BatterySnapshot> snapshot{fixtureSnapshot()};
+    QDBusConnection host{QStringLiteral("host")};  // the panel's side of the bus
+    std::unique_ptr<FakeStatusNotifierWatcher> watcher;
+    QString itemService;
+};
+
+TEST_F(TrayItemBusTest, RegistersWithEveryWatcherThatAppears) {
+    TrayItem tray(snapshot, preferences, QDBusConnection::sessionBus());
+    EXPECT_FALSE(tray.usesStatusNotifier());
+
+    watcher = std::make_unique<FakeStatusNotifierWatcher>();
+    ASSERT_TRUE(processEventsUntil([&] { return !watcher->registrations.isEmpty(); }));
+    const QString service = watcher->registrations.first();
+    EXPECT_TRUE(service.startsWith(
+        QStringLiteral("org.kde.StatusNotifierItem-%1-").arg(QCoreApplication::applicationPid())));
+    EXPECT_TRUE(host.interface()->isServiceRegistered(service));
+    EXPECT_TRUE(tray.usesStatusNotifier());
+
+    // The panel restarts.
+    watcher.reset();
+    ASSERT_TRUE(processEventsUntil([&] { return !tray.usesStatusNotifier(); }));
+    watcher = std::make_unique<FakeStatusNotifierWatcher>();
+    ASSERT_TRUE(processEventsUntil([&] { return !watcher->registrations.isEmpty(); }));
+    EXPECT_EQ(watcher->registrations, QStringList{service});
+}
+
+TEST_F(TrayItemBusTest, ExportsTheSnapshotAsIconTooltipAndLabel) {
+    const auto tray = registeredTray();
+    ASSERT_FALSE(itemService.isEmpty());
+    EXPECT_TRUE(tray->usesStatusNotifier());
+
+    EXPECT_EQ(itemProperty("Category").toString(), "Hardware");
+    EXPECT_EQ(itemProperty("Id").toString(), "voltaro");
+    EXPECT_EQ(itemProperty("Title").toString(), "Voltaro");
+    EXPECT_EQ(itemProperty("Status").toString(), "Active");
+    EXPECT_EQ(itemProperty("IconName").toString(), "");
+    EXPECT_FALSE(itemProperty("ItemIsMenu").toBool());
+    EXPECT_EQ(itemProperty("Menu").value<QDBusObjectPath>().path(), "/MenuBar");
+    EXPECT_EQ(itemProperty("XAyatanaLabel").toString(), "57% · 13 W");
+    EXPECT_EQ(itemProperty("XAyatanaLabelGuide").toString(), "100% · 000 W");
+    const auto tip = qdbus_cast<StatusNotifierItem::ToolTipValue>(itemProperty("ToolTip"));
+    EXPECT_EQ(tip.title, "Battery 57 percent, On battery");
+
+    const auto pixmaps = iconPixmap();
+    ASSERT_FALSE(pixmaps.isEmpty());
+    bool hasPanelSize = false;
+    for (const auto& pixmap : pixmaps) {
+        EXPECT_EQ(pixmap.width, pixmap.height);  // hosts scale anything else to a square
+        EXPECT_EQ(pixmap.argb.size(), pixmap.width * pixmap.height * 4);
+        hasPanelSize = hasPanelSize || pixmap.width == 22;
+    }
+    EXPECT_TRUE(hasPanelSize);
+}
+
+TEST_F(TrayItemBusTest, TellsTheHostsWhenTheBatteryChangesAndOnlyThen) {
+    const auto tray = registeredTray();
+    const auto recorder = recordItemSignals();
+    const auto iconBefore = iconPixmap();
+
+    BatterySnapshot sameButLater = fixtureSnapshot();
+    sameButLater.updatedAt += std::chrono::seconds(2);
+    snapshot.set(sameButLater);
+
+    BatterySnapshot charging = sameButLater;
+    charging.level = 100;
+    charging.systemWatts = 20.2;
+    charging.batteryPowerWatts = 0.4;
+    charging.isConnectedToPower = true;
+    charging.isCharging = true;
+    snapshot.set(charging);
+
+    // The label goes out last, so everything the change sent has arrived with it.
+    ASSERT_TRUE(processEventsUntil([&] { return !recorder->named("XAyatanaNewLabel").isEmpty(); }));
+    const auto labels = recorder->named("XAyatanaNewLabel");
+    ASSERT_EQ(labels.size(), 1);  // none for the new reading time alone
+    EXPECT_EQ(labels[0].arguments(),
+              (QVariantList{QStringLiteral("100% · 20 W"), QStringLiteral("100% · 000 W")}));
+    EXPECT_EQ(recorder->named("NewToolTip").size(), 1);
+    EXPECT_EQ(itemProperty("XAyatanaLabel").toString(), "100% · 20 W");
+    EXPECT_EQ(qdbus_cast<StatusNotifierItem::ToolTipValue>(itemProperty("ToolTip")).title,
+              "Battery 100 percent, Charging");
+    // A new icon exactly when the glyph looks different.
+    const bool iconChanged = !(iconPixmap() == iconBefore);
+    EXPECT_EQ(recorder->named("NewIcon").size(), iconChanged ? 1 : 0);
+}
+
+TEST_F(TrayItemBusTest, ALabelChoiceChangesTheLabelAtOnce) {
+    const auto tray = registeredTray();
+    const auto recorder = recordItemSignals();
+
+    preferences.setValue(showsPowerUsageInMenuBar, false);
+    EXPECT_EQ(itemProperty("XAyatanaLabel").toString(), "57%");
+    EXPECT_EQ(itemProperty("XAyatanaLabelGuide").toString(), "100%");
+    preferences.setValue(showsPercentageInMenuBar, false);
+    EXPECT_EQ(itemProperty("XAyatanaLabel").toString(), "");
+    EXPECT_EQ(itemProperty("XAyatanaLabelGuide").toString(), "");
+    preferences.setTemperatureUnit("fahrenheit");  // not shown in the label
+
+    ASSERT_TRUE(
+        processEventsUntil([&] { return recorder->named("XAyatanaNewLabel").size() >= 2; }));
+    const auto labels = recorder->named("XAyatanaNewLabel");
+    ASSERT_EQ(labels.size(), 2);
+    EXPECT_EQ(labels[0].arguments(), (QVariantList{QStringLiteral("57%"), QStringLiteral("100%")}));
+    EXPECT_EQ(labels[1].arguments(), (QVariantList{QString(), QString()}));
+}
+
+TEST_F(TrayItemBusTest, ServesTheMenuAndPassesEachChoiceOn) {
+    const auto tray = registeredTray();
+    int dashboards = 0;
+    int settings = 0;
+    int quits = 0;
+    QObject::connect(tray.get(), &TrayItem::openDashboardRequested, [&](std::optional<QPoint> at) {
+        EXPECT_FALSE(at);
+        ++dashboards;
+    });
+    QObject::connect(tray.get(), &TrayItem::openSettingsRequested, [&] { ++settings; });
+    QObject::connect(tray.get(), &TrayItem::quitRequested, [&] { ++quits; });
+
+    const QDBusMessage layoutReply = callMenu("GetLayout", {0, -1, QStringList()});
+    ASSERT_EQ(layoutReply.type(), QDBusMessage::ReplyMessage)
+        << layoutReply.errorMessage().toStdString();
+    const auto layout = qdbus_cast<DBusMenu::LayoutItem>(layoutReply.arguments().value(1));
+    EXPECT_EQ(layout.id, 0);
+    EXPECT_EQ(layout.properties.value("children-display").toString(), "submenu");
+    QStringList labels;
+    for (const auto& child : layout.children) {
+        labels.append(child.properties.value("label").toString());
+        EXPECT_TRUE(child.children.isEmpty());
+    }
+    EXPECT_EQ(labels, (QStringList{"Open Dashboard", "Settings…", "Quit Voltaro"}));
+    ASSERT_EQ(layout.children.size(), 3);
+
+    const struct {
+        int id;
+        int* count;
+    } entries[] = {{layout.children[0].id, &dashboards},
+                   {layout.children[1].id, &settings},
+                   {layout.children[2].id, &quits}};
+    for (const auto& entry : entries) {
+        // Hovering does nothing; a click acts once.
+        callMenu("Event",
+                 {entry.id, QStringLiteral("hovered"), QVariant::fromValue(QDBusVariant(0)), 0u});
+        EXPECT_EQ(*entry.count, 0) << entry.id;
+        const QDBusMessage reply = callMenu("Event", {entry.id, QStringLiteral("clicked"),
+                                                      QVariant::fromValue(QDBusVariant(0)), 0u});
+        EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << entry.id;
+        EXPECT_EQ(*entry.count, 1) << entry.id;
+    }
+    EXPECT_EQ(
+        callMenu("Event", {42, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)), 0u})
+            .type(),
+        QDBusMessage::ErrorMessage);
+}
+
+TEST_F(TrayItemBusTest, AClickOpensTheDashboardWhereTheHostSaysItWas) {
+    const auto tray = registeredTray();
+    std::vector<std::optional<QPoint>> opened;
+    QObject::connect(tray.get(), &TrayItem::openDashboardRequested,
+                     [&](std::optional<QPoint> at) { opened.push_back(at); });
+
+    callItem("Activate", {1830, 12});
+    callItem("Activate", {0, 0});  // a host that cannot tell
+    EXPECT_EQ(opened, (std::vector<std::optional<QPoint>>{QPoint(1830, 12), std::nullopt}));
+}
+
+}  // namespace
+}  // namespace voltaro::ui
+
+#include "TrayItemTest.moc"

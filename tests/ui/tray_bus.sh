@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Runs the tray item's D-Bus tests on a private session bus, so the desktop's own bus and its
+# panel never see the test's items. Exits 77 (skipped) when it cannot run.
+# Usage: tray_bus.sh UI_TESTS_BINARY
+set -euo pipefail
+
+binary=$(realpath "${1:?usage: $0 UI_TESTS_BINARY}")
+if ! command -v dbus-run-session >/dev/null; then
+    echo "skipped: dbus-run-session not installed (package dbus-daemon)" >&2
+    exit 77
+fi
+export VOLTARO_TRAY_BUS=1
+export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
+exec dbus-run-session -- "$binary" --gtest_filter='TrayItemBusTest.*'
