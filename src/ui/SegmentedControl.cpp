@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "ui/TextStyle.h"
+
 namespace voltaro::ui {
 namespace {
 
@@ -12,10 +14,6 @@ constexpr int horizontalPadding = 14;
 constexpr int verticalPadding = 4;
 constexpr qreal cornerRadius = 6;
 constexpr qreal inset = 2;
-
-bool isDark(const QPalette& palette) {
-    return palette.color(QPalette::Window).lightnessF() < 0.5;
-}
 
 QColor withAlpha(QColor color, qreal alpha) {
     color.setAlphaF(static_cast<float>(alpha));

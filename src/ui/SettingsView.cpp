@@ -15,7 +15,9 @@
 #include "core/presentation/TemperatureUnitPreference.h"
 #include "ui/BusyIndicator.h"
 #include "ui/DisplayPreferencesStore.h"
+#include "ui/Divider.h"
 #include "ui/SegmentedControl.h"
+#include "ui/TextStyle.h"
 #include "ui/ToggleSwitch.h"
 #include "ui/Translation.h"
 
@@ -26,7 +28,6 @@ constexpr int viewWidth = 360;
 constexpr int listPadding = 20;
 constexpr int listSpacing = 14;
 constexpr int bottomPadding = 12;
-constexpr qreal captionScale = 0.85;
 
 constexpr TemperatureUnitPreference segmentUnits[] = {TemperatureUnitPreference::celsius,
                                                       TemperatureUnitPreference::fahrenheit};
@@ -35,39 +36,9 @@ QString fromUtf8(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-// A hairline in the text colour, faint enough to separate without drawing the eye.
-class Divider : public QWidget {
-  public:
-    explicit Divider(QWidget* parent = nullptr) : QWidget(parent) {
-        setFixedHeight(1);
-        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    }
-
-  protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
-        QColor line = palette().color(QPalette::WindowText);
-        line.setAlphaF(palette().color(QPalette::Window).lightnessF() < 0.5 ? 0.16f : 0.12f);
-        painter.fillRect(rect(), line);
-    }
-};
-
-QFont captionFont(const QFont& base) {
-    QFont font = base;
-    font.setPointSizeF(base.pointSizeF() * captionScale);
-    return font;
-}
-
-QColor secondaryColour(const QPalette& palette) {
-    QColor colour = palette.color(QPalette::WindowText);
-    colour.setAlphaF(palette.color(QPalette::Window).lightnessF() < 0.5 ? 0.55f : 0.5f);
-    return colour;
-}
-
 // The system's red for actions that cannot be taken back, a shade lighter on dark windows.
 QColor destructiveColour(const QPalette& palette) {
-    return palette.color(QPalette::Window).lightnessF() < 0.5 ? QColor(0xff, 0x45, 0x3a)
-                                                              : QColor(0xd7, 0x00, 0x15);
+    return isDark(palette) ? QColor(0xff, 0x45, 0x3a) : QColor(0xd7, 0x00, 0x15);
 }
 
 QString cssColour(const QColor& colour) {
@@ -80,7 +51,7 @@ QString cssColour(const QColor& colour) {
 
 // A rounded push button in the window's own colours, its title in red.
 QString quitButtonStyle(const QPalette& palette) {
-    const bool dark = palette.color(QPalette::Window).lightnessF() < 0.5;
+    const bool dark = isDark(palette);
     QColor face = dark ? QColor(255, 255, 255, 40) : QColor(Qt::white);
     QColor pressed = dark ? QColor(255, 255, 255, 64) : QColor(0, 0, 0, 20);
     QColor edge = dark ? QColor(255, 255, 255, 18) : QColor(0, 0, 0, 38);
@@ -158,7 +129,7 @@ SettingsView::SettingsView(std::unique_ptr<LoginItemService> loginItems, BundleI
     auto& store = DisplayPreferencesStore::shared();
     const auto addSwitchRow = [&](QLabel*& title, ToggleSwitch*& control,
                                   const BooleanPreference& preference, const char* name) {
-        list->addWidget(new Divider(this));
+        list->addWidget(new Divider(0, 0, this));
         title = rowTitle(this);
         control = modelSwitch(name, this);
         list->addLayout(switchRow(title, control));
@@ -172,7 +143,7 @@ SettingsView::SettingsView(std::unique_ptr<LoginItemService> loginItems, BundleI
     addSwitchRow(highlightsBatteryDrainTitle_, highlightsBatteryDrainSwitch_,
                  highlightsBatteryDrainInMenuBar, "highlightsBatteryDrainInMenuBar");
 
-    list->addWidget(new Divider(this));
+    list->addWidget(new Divider(0, 0, this));
     temperatureUnitTitle_ = rowTitle(this);
     QStringList segments;
     for (const auto unit : segmentUnits) {
@@ -205,7 +176,7 @@ SettingsView::SettingsView(std::unique_ptr<LoginItemService> loginItems, BundleI
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addLayout(list);
-    layout->addWidget(new Divider(this));
+    layout->addWidget(new Divider(0, 0, this));
     layout->addLayout(bottomRow);
 
     connect(&store, &DisplayPreferencesStore::changed, this, &SettingsView::showPreferences);
@@ -238,7 +209,7 @@ void SettingsView::applyColours() {
     const QFont caption = captionFont(font());
     for (QLabel* label : {launchAtLoginCaption_, version_}) {
         QPalette colours = label->palette();
-        colours.setColor(QPalette::WindowText, secondaryColour(palette()));
+        colours.setColor(QPalette::WindowText, secondaryTextColor(palette()));
         label->setPalette(colours);
         label->setFont(caption);
     }

@@ -24,10 +24,6 @@ QColor withAlpha(QColor color, qreal alpha) {
     return color;
 }
 
-bool isDark(const QPalette& palette) {
-    return palette.color(QPalette::Window).lightnessF() < 0.5;
-}
-
 void applySecondaryColor(QLabel* label) {
     const QPalette surroundings =
         label->parentWidget() ? label->parentWidget()->palette() : QApplication::palette(label);
@@ -55,6 +51,10 @@ class SecondaryColorKeeper final : public QObject {
 };
 
 }  // namespace
+
+bool isDark(const QPalette& palette) {
+    return palette.color(QPalette::Window).lightnessF() < 0.5;
+}
 
 QFont captionFont(const QFont& base) {
     return scaled(base, 0.85, 7);

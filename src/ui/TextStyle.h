@@ -16,6 +16,9 @@ QFont headlineFont(const QFont& base);
 // Digits of equal width, so changing numbers do not shift their neighbours.
 QFont withTabularDigits(QFont font);
 
+// A dark window: controls drawn by hand pick their shades by it.
+bool isDark(const QPalette& palette);
+
 // Text that matters less: the text colour, dimmed.
 QColor secondaryTextColor(const QPalette& palette);
 // Hairlines between rows and sections.

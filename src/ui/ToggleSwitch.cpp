@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "ui/TextStyle.h"
+
 namespace voltaro::ui {
 namespace {
 
@@ -16,10 +18,6 @@ QColor mixed(const QColor& base, const QColor& over, qreal amount) {
         static_cast<float>(base.redF() + (over.redF() - base.redF()) * amount),
         static_cast<float>(base.greenF() + (over.greenF() - base.greenF()) * amount),
         static_cast<float>(base.blueF() + (over.blueF() - base.blueF()) * amount));
-}
-
-bool isDark(const QPalette& palette) {
-    return palette.color(QPalette::Window).lightnessF() < 0.5;
 }
 
 }  // namespace

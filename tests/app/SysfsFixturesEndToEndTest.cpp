@@ -1,12 +1,13 @@
 // Runs the real binary on the fixture laptops and compares its JSON with the expected snapshots.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
+
+#include "ChildProcess.h"
 
 namespace voltaro {
 namespace {
@@ -25,18 +26,7 @@ std::vector<std::string> fixtureNames() {
 }
 
 std::string runVoltaro(const std::string& arguments) {
-    const std::string command = std::string(VOLTARO_BINARY) + " " + arguments;
-    std::string output;
-    FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) {
-        return output;
-    }
-    char buffer[4096];
-    while (const std::size_t count = fread(buffer, 1, sizeof buffer, pipe)) {
-        output.append(buffer, count);
-    }
-    pclose(pipe);
-    return output;
+    return testing::outputOf(std::string(VOLTARO_BINARY) + " " + arguments);
 }
 
 class SysfsFixtureTest : public ::testing::TestWithParam<std::string> {};

@@ -2,24 +2,14 @@
 
 #include <gtest/gtest.h>
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <atomic>
 #include <thread>
 #include <vector>
 
+#include "ui/EventLoop.h"
+
 namespace voltaro::ui {
 namespace {
-
-// Spins the event loop until the condition holds or a generous deadline passes.
-template <typename Condition>
-bool processEventsUntil(Condition condition) {
-    QElapsedTimer elapsed;
-    elapsed.start();
-    while (!condition() && elapsed.elapsed() < 5000) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    }
-    return condition();
-}
 
 TEST(QtMainExecutorTest, RunsTasksPostedFromAnotherThreadOnTheMainThread) {
     QtMainExecutor executor;

@@ -9,7 +9,7 @@
 
 #include "support/FakeLoginItemService.h"
 #include "ui/BusyIndicator.h"
-#include "ui/QtPrinting.h"
+#include "ui/QtPrinters.h"
 #include "ui/SegmentedControl.h"
 #include "ui/ShownTexts.h"
 #include "ui/TemporaryPreferences.h"

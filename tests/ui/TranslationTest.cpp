@@ -15,7 +15,7 @@
 #include "core/presentation/SettingsTexts.h"
 #include "core/presentation/TemperatureUnitPreference.h"
 #include "support/FakeLoginItemService.h"
-#include "ui/QtPrinting.h"
+#include "ui/QtPrinters.h"
 #include "ui/SettingsView.h"
 #include "ui/ShownTexts.h"
 #include "ui/TemporaryPreferences.h"

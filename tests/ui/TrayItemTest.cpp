@@ -7,7 +7,6 @@
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
-#include <QElapsedTimer>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <chrono>
@@ -15,22 +14,11 @@
 
 #include "ui/DBusMenu.h"
 #include "ui/DisplayPreferencesStore.h"
+#include "ui/EventLoop.h"
 #include "ui/StatusNotifierItem.h"
 
 namespace voltaro::ui {
 namespace {
-
-// Spins the event loop until the condition holds or a generous deadline passes; calls between
-// objects of this one process cannot block, as both ends need the loop.
-template <typename Condition>
-bool processEventsUntil(Condition condition) {
-    QElapsedTimer elapsed;
-    elapsed.start();
-    while (!condition() && elapsed.elapsed() < 5000) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    }
-    return condition();
-}
 
 // Just enough of a panel's StatusNotifierWatcher: owns the name on a connection of its own and
 // writes down who registers.

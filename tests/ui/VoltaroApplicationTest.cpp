@@ -12,7 +12,7 @@
 #include "support/FakeProcessSource.h"
 #include "support/ManualScheduler.h"
 #include "ui/DashboardView.h"
-#include "ui/QtPrinting.h"
+#include "ui/QtPrinters.h"
 #include "ui/SettingsView.h"
 #include "ui/TemporaryPreferences.h"
 
