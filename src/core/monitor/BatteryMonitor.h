@@ -71,6 +71,10 @@ class BatteryMonitor {
 
     // "average over 20 sec", or how much of the window has been collected so far.
     std::string appEnergyWindowLabel() const;
+    // What the energy ranking keeps between refreshes, to prove that it stays bounded.
+    ProcessEnergyMonitor::CacheSizes energyCacheSizes() const {
+        return processEnergyMonitor_.cacheSizes();
+    }
 
     Observable<BatterySnapshot>& snapshot() { return snapshot_; }
     Observable<std::int64_t>& refreshCount() { return refreshCount_; }
