@@ -6,6 +6,7 @@
 #include <QList>
 #include <QObject>
 #include <QPoint>
+#include <QRect>
 #include <memory>
 #include <optional>
 
@@ -41,13 +42,18 @@ class TrayItem : public QObject {
 
     // Through a StatusNotifierWatcher rather than an XEmbed tray.
     bool usesStatusNotifier() const;
+    // Shown by a StatusNotifierWatcher or an XEmbed tray; neither may run yet at login.
+    bool isInPanel() const { return usesStatusNotifier() || fallback_ != nullptr; }
 
     // The glyph padded into the square sizes hosts draw icons at.
     static QList<QImage> iconSizes(const BatterySnapshot& snapshot, const QColor& color);
 
   signals:
-    // Where the item was clicked, when the host tells.
-    void openDashboardRequested(std::optional<QPoint> at);
+    // A click on the item, with where it was when the host or the tray tells: the item's
+    // rectangle, or the clicked point as an empty rectangle.
+    void activated(std::optional<QRect> anchor);
+    // The menu's choices.
+    void openDashboardRequested();
     void openSettingsRequested();
     void quitRequested();
 
@@ -57,7 +63,7 @@ class TrayItem : public QObject {
     void update(bool force);
     void updateFallbackIcon();
     void chooseSurface();
-    std::optional<QPoint> fallbackAnchor() const;
+    std::optional<QRect> fallbackAnchor() const;
 
     Observable<BatterySnapshot>& snapshot_;
     DisplayPreferencesStore& preferences_;

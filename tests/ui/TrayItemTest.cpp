@@ -302,10 +302,7 @@ TEST_F(TrayItemBusTest, ServesTheMenuAndPassesEachChoiceOn) {
     int dashboards = 0;
     int settings = 0;
     int quits = 0;
-    QObject::connect(tray.get(), &TrayItem::openDashboardRequested, [&](std::optional<QPoint> at) {
-        EXPECT_FALSE(at);
-        ++dashboards;
-    });
+    QObject::connect(tray.get(), &TrayItem::openDashboardRequested, [&] { ++dashboards; });
     QObject::connect(tray.get(), &TrayItem::openSettingsRequested, [&] { ++settings; });
     QObject::connect(tray.get(), &TrayItem::quitRequested, [&] { ++quits; });
 
@@ -347,13 +344,13 @@ TEST_F(TrayItemBusTest, ServesTheMenuAndPassesEachChoiceOn) {
 
 TEST_F(TrayItemBusTest, AClickOpensTheDashboardWhereTheHostSaysItWas) {
     const auto tray = registeredTray();
-    std::vector<std::optional<QPoint>> opened;
-    QObject::connect(tray.get(), &TrayItem::openDashboardRequested,
-                     [&](std::optional<QPoint> at) { opened.push_back(at); });
+    std::vector<std::optional<QRect>> opened;
+    QObject::connect(tray.get(), &TrayItem::activated,
+                     [&](std::optional<QRect> at) { opened.push_back(at); });
 
     callItem("Activate", {1830, 12});
     callItem("Activate", {0, 0});  // a host that cannot tell
-    EXPECT_EQ(opened, (std::vector<std::optional<QPoint>>{QPoint(1830, 12), std::nullopt}));
+    EXPECT_EQ(opened, (std::vector<std::optional<QRect>>{QRect(1830, 12, 0, 0), std::nullopt}));
 }
 
 }  // namespace
