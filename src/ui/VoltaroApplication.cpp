@@ -7,9 +7,11 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "ui/DashboardPopup.h"
 #include "ui/DashboardView.h"
 #include "ui/SettingsView.h"
 #include "ui/Translation.h"
+#include "ui/TrayItem.h"
 
 namespace voltaro::ui {
 namespace {
@@ -44,8 +46,9 @@ void prepareApplication() {
     installTranslation(QLocale::system());
 }
 
-VoltaroApplication::VoltaroApplication(BatteryMonitor& monitor, LoginItemServiceFactory loginItems)
-    : monitor_(monitor), loginItems_(std::move(loginItems)) {}
+VoltaroApplication::VoltaroApplication(BatteryMonitor& monitor, LoginItemServiceFactory loginItems,
+                                       const Clock& clock)
+    : monitor_(monitor), loginItems_(std::move(loginItems)), clock_(clock) {}
 
 VoltaroApplication::~VoltaroApplication() {
     if (loop_) {
@@ -89,6 +92,36 @@ void VoltaroApplication::openSettings() {
         centreOnScreen(*settingsWindow_);
     }
     bringToFront(*settingsWindow_);
+}
+
+void VoltaroApplication::openDashboard(std::optional<QRect> anchor) {
+    popup().open(anchor);
+}
+
+void VoltaroApplication::toggleDashboard(std::optional<QRect> anchor) {
+    popup().toggle(anchor);
+}
+
+void VoltaroApplication::quit() {
+    quitApplication();
+}
+
+void VoltaroApplication::attachTrayItem(TrayItem& tray) {
+    connect(&tray, &TrayItem::activated, this, &VoltaroApplication::toggleDashboard);
+    // The menu gives no place to open at; the cursor is where the user just was.
+    connect(&tray, &TrayItem::openDashboardRequested, this,
+            [this] { openDashboard(std::nullopt); });
+    connect(&tray, &TrayItem::openSettingsRequested, this, &VoltaroApplication::openSettings);
+    connect(&tray, &TrayItem::quitRequested, this, &VoltaroApplication::quit);
+    setReachableWithoutWindows(true);
+}
+
+DashboardPopup& VoltaroApplication::popup() {
+    if (!dashboardPopup_) {
+        dashboardPopup_ = std::make_unique<DashboardPopup>(
+            monitor_, [this] { openSettings(); }, clock_);
+    }
+    return *dashboardPopup_;
 }
 
 void VoltaroApplication::setReachableWithoutWindows(bool reachable) {
