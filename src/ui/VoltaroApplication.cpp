@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QIcon>
 #include <QScreen>
 #include <QStyle>
 #include <QTimer>
@@ -40,7 +41,10 @@ void bringToFront(QWidget& window) {
 void prepareApplication() {
     QCoreApplication::setOrganizationName("Voltaro");
     QCoreApplication::setApplicationName("Voltaro");
-    QGuiApplication::setDesktopFileName("voltaro");
+    // Ties the windows to the installed .desktop file, and so to its name and icon.
+    QGuiApplication::setDesktopFileName(VOLTARO_APP_ID);
+    QGuiApplication::setWindowIcon(
+        QIcon::fromTheme(VOLTARO_APP_ID, QIcon(QStringLiteral(":/icons/" VOLTARO_APP_ID ".svg"))));
     // Windows come and go; the application decides itself when it is done.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     installTranslation(QLocale::system());
