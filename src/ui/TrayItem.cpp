@@ -140,6 +140,15 @@ void TrayItem::updateFallbackIcon() {
 }
 
 void TrayItem::chooseSurface() {
+    placeInPanel();
+    // The watcher's presence has already changed when this runs: compare with what was told.
+    if (isInPanel() != toldInPanel_) {
+        toldInPanel_ = isInPanel();
+        emit panelPresenceChanged(toldInPanel_);
+    }
+}
+
+void TrayItem::placeInPanel() {
     if (usesStatusNotifier()) {
         delete fallback_;
         fallback_ = nullptr;

@@ -56,13 +56,17 @@ class TrayItem : public QObject {
     void openDashboardRequested();
     void openSettingsRequested();
     void quitRequested();
+    // A panel took the item up, or the last one let it go.
+    void panelPresenceChanged(bool isInPanel);
 
   private:
     MenuBarLabelChoices currentChoices() const;
     // Re-renders what the hosts show, if the snapshot or the choices changed or force is set.
     void update(bool force);
     void updateFallbackIcon();
+    // Shows the item through the watcher when one runs, else through an XEmbed tray if any.
     void chooseSurface();
+    void placeInPanel();
     std::optional<QRect> fallbackAnchor() const;
 
     Observable<BatterySnapshot>& snapshot_;
@@ -74,6 +78,7 @@ class TrayItem : public QObject {
     StatusNotifierItem* statusNotifierItem_;
     std::unique_ptr<QMenu> contextMenu_;
     QSystemTrayIcon* fallback_ = nullptr;
+    bool toldInPanel_ = false;
 };
 
 }  // namespace voltaro::ui

@@ -117,7 +117,10 @@ void VoltaroApplication::attachTrayItem(TrayItem& tray) {
             [this] { openDashboard(std::nullopt); });
     connect(&tray, &TrayItem::openSettingsRequested, this, &VoltaroApplication::openSettings);
     connect(&tray, &TrayItem::quitRequested, this, &VoltaroApplication::quit);
-    setReachableWithoutWindows(true);
+    // An item no panel shows reaches nobody: then the last window closing still quits.
+    connect(&tray, &TrayItem::panelPresenceChanged, this,
+            &VoltaroApplication::setReachableWithoutWindows);
+    setReachableWithoutWindows(tray.isInPanel());
 }
 
 DashboardPopup& VoltaroApplication::popup() {

@@ -49,13 +49,15 @@ class VoltaroApplication : public QObject {
     void toggleDashboard(std::optional<QRect> anchor);
     void quit();
 
-    // From now on the tray item's clicks and menu reach the windows, and closing the last
-    // window no longer quits: the item keeps the application within reach.
+    // From now on the tray item's clicks and menu reach the windows, and while a panel shows
+    // the item, closing the last window no longer quits: the item keeps the application within
+    // reach.
     void attachTrayItem(TrayItem& tray);
 
     // The tray item keeps the application within reach after its last window closes. Until one
     // is there, closing the last window quits, so no invisible process lingers.
     void setReachableWithoutWindows(bool reachable);
+    bool isReachableWithoutWindows() const { return reachableWithoutWindows_; }
 
     QWidget* previewWindow() const { return previewWindow_.get(); }
     SettingsView* settingsWindow() const { return settingsWindow_.get(); }

@@ -200,6 +200,9 @@ class TrayItemBusTest : public ::testing::Test {
 TEST_F(TrayItemBusTest, RegistersWithEveryWatcherThatAppears) {
     TrayItem tray(snapshot, preferences, QDBusConnection::sessionBus());
     EXPECT_FALSE(tray.usesStatusNotifier());
+    std::vector<bool> presence;
+    QObject::connect(&tray, &TrayItem::panelPresenceChanged,
+                     [&](bool isInPanel) { presence.push_back(isInPanel); });
 
     watcher = std::make_unique<FakeStatusNotifierWatcher>();
     ASSERT_TRUE(processEventsUntil([&] { return !watcher->registrations.isEmpty(); }));
@@ -215,6 +218,8 @@ TEST_F(TrayItemBusTest, RegistersWithEveryWatcherThatAppears) {
     watcher = std::make_unique<FakeStatusNotifierWatcher>();
     ASSERT_TRUE(processEventsUntil([&] { return !watcher->registrations.isEmpty(); }));
     EXPECT_EQ(watcher->registrations, QStringList{service});
+    EXPECT_EQ(presence, (std::vector<bool>{true, false, true}));
+    EXPECT_TRUE(tray.isInPanel());
 }
 
 TEST_F(TrayItemBusTest, ExportsTheSnapshotAsIconTooltipAndLabel) {

@@ -200,7 +200,7 @@ TEST_F(VoltaroApplicationTest, AClickElsewhereClosesThePopupAndIsNotTakenForASec
     popup->close();
 }
 
-TEST_F(VoltaroApplicationTest, TheTrayItemReachesTheWindowsAndKeepsTheApplicationRunning) {
+TEST_F(VoltaroApplicationTest, TheTrayItemReachesTheWindows) {
     TrayItem tray(monitor.snapshot(), DisplayPreferencesStore::shared(),
                   QDBusConnection(QStringLiteral("voltaro-no-bus")));
     application->attachTrayItem(tray);
@@ -219,17 +219,36 @@ TEST_F(VoltaroApplicationTest, TheTrayItemReachesTheWindowsAndKeepsTheApplicatio
     EXPECT_FALSE(popup->isVisible());
     ASSERT_NE(application->settingsWindow(), nullptr);
     EXPECT_TRUE(application->settingsWindow()->isVisible());
+    application->settingsWindow()->hide();
 
-    close(application->settingsWindow());
-    EXPECT_EQ(application->quits, 0) << "the tray item is still there";
     scheduler.advance(1s);
     emit tray.openDashboardRequested();
     EXPECT_TRUE(popup->isVisible());
+    EXPECT_EQ(refreshes(), 3);
     popup->close();
     emit tray.openSettingsRequested();
     EXPECT_TRUE(application->settingsWindow()->isVisible());
     emit tray.quitRequested();
     EXPECT_EQ(application->quits, 1);
+}
+
+TEST_F(VoltaroApplicationTest, WhileAPanelShowsTheItemClosingTheLastWindowDoesNotQuit) {
+    TrayItem tray(monitor.snapshot(), DisplayPreferencesStore::shared(),
+                  QDBusConnection(QStringLiteral("voltaro-no-bus")));
+    ASSERT_FALSE(tray.isInPanel());
+    application->attachTrayItem(tray);
+    EXPECT_FALSE(application->isReachableWithoutWindows()) << "no panel shows it yet";
+    application->openSettings();
+    close(application->settingsWindow());
+    EXPECT_EQ(application->quits, 1);
+
+    emit tray.panelPresenceChanged(true);
+    application->openSettings();
+    close(application->settingsWindow());
+    EXPECT_EQ(application->quits, 1);
+
+    emit tray.panelPresenceChanged(false);
+    EXPECT_FALSE(application->isReachableWithoutWindows());
 }
 
 }  // namespace
