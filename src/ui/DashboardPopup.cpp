@@ -2,6 +2,7 @@
 
 #include <QCursor>
 #include <QGuiApplication>
+#include <QPainter>
 #include <QVBoxLayout>
 #include <chrono>
 
@@ -22,14 +23,16 @@ DashboardPopup::DashboardPopup(BatteryMonitor& monitor, std::function<void()> op
     : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint), monitor_(monitor), clock_(clock) {
     setWindowTitle("Voltaro");
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
+    // Room for a hairline edge: without a frame, the popup would melt into a light window
+    // behind it.
+    layout->setContentsMargins(1, 1, 1, 1);
     // The settings window opens over the desktop, not under a popup that holds the mouse.
     auto* dashboard = new DashboardView(monitor_, [this, openSettings = std::move(openSettings)] {
         close();
         openSettings();
     });
     layout->addWidget(dashboard);
-    setFixedSize(dashboard->size());
+    setFixedSize(dashboard->size() + QSize(2, 2));
 }
 
 void DashboardPopup::open(std::optional<QRect> anchor) {
@@ -55,6 +58,13 @@ void DashboardPopup::toggle(std::optional<QRect> anchor) {
         return;
     }
     open(anchor);
+}
+
+void DashboardPopup::paintEvent(QPaintEvent* event) {
+    QWidget::paintEvent(event);
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 void DashboardPopup::hideEvent(QHideEvent* event) {

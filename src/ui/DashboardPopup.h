@@ -27,6 +27,7 @@ class DashboardPopup : public QWidget {
     void toggle(std::optional<QRect> anchor);
 
   protected:
+    void paintEvent(QPaintEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
   private:

@@ -132,20 +132,20 @@ TEST_F(TrayEndToEndTest, AClickOnTheItemOpensThePopupBesideItAndASecondClickClos
 
     const std::string item = itemName();
     ASSERT_FALSE(item.empty()) << "the item did not come onto the bus";
-    EXPECT_EQ(display_->run("xwininfo -root -tree").find("380x550"), std::string::npos)
+    EXPECT_EQ(display_->run("xwininfo -root -tree").find("382x552"), std::string::npos)
         << "no dashboard before the first click";
 
-    // A click near the top right corner of the 1280 × 800 screen: the popup opens below the
-    // point, centred on it, 4 pixels away.
+    // A click near the top right corner of the 1280 × 800 screen: the popup (the dashboard and
+    // its hairline edge) opens below the point, centred on it, 4 pixels away.
     const std::string reply = activate(item, 1000, 10);
     EXPECT_NE(reply.find("method return"), std::string::npos) << reply;
-    const std::regex popupWindow(R"re((0x[0-9a-f]+) "Voltaro": .*?380x550\+(-?\d+)\+(-?\d+))re");
+    const std::regex popupWindow(R"re((0x[0-9a-f]+) "Voltaro": .*?382x552\+(-?\d+)\+(-?\d+))re");
     const std::string tree = pollUntil(
         [&] { return display_->run("xwininfo -root -tree"); },
         [&](const std::string& answer) { return std::regex_search(answer, popupWindow); });
     std::smatch window;
     ASSERT_TRUE(std::regex_search(tree, window, popupWindow)) << tree;
-    EXPECT_EQ(std::stoi(window[2]), 1000 - 380 / 2);
+    EXPECT_EQ(std::stoi(window[2]), 1000 - 382 / 2);
     EXPECT_EQ(std::stoi(window[3]), 10 + 4);
     const std::string id = window[1];
     EXPECT_NE(display_->run("xwininfo -id " + id).find("Map State: IsViewable"), std::string::npos);
