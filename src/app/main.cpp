@@ -1,13 +1,13 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <iostream>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "app/CommandLine.h"
+#include "app/FrontEndChoice.h"
 #include "app/PlatformServices.h"
 #include "app/RefreshTrace.h"
 #include "app/TerminalFrontEnd.h"
@@ -16,23 +16,6 @@
 
 #ifdef VOLTARO_WITH_DESKTOP
 #include "app/DesktopFrontEnd.h"
-#endif
-
-#ifdef VOLTARO_WITH_DESKTOP
-namespace {
-
-// A display server to talk to, or a Qt platform chosen on purpose.
-bool hasGraphicalSession() {
-    for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
-        const char* value = std::getenv(variable);
-        if (value != nullptr && *value != '\0') {
-            return true;
-        }
-    }
-    return false;
-}
-
-}  // namespace
 #endif
 
 int main(int argc, char** argv) {
@@ -45,19 +28,24 @@ int main(int argc, char** argv) {
     // A closed pipe shows up as a failed write, which ends the loop.
     std::signal(SIGPIPE, SIG_IGN);
 
+    GraphicalSession session = GraphicalSession::fromEnvironment();
+#ifdef VOLTARO_WITH_DESKTOP
+    session.builtWithWindows = true;
+    session.platformOpens = [&] { return desktopPlatformOpens(argc, argv); };
+#endif
+    // Chosen before any service starts a thread: the platform check forks.
+    const FrontEndChoice choice = chooseFrontEnd(commandLine, session);
+    if (choice.note) {
+        std::cerr << *choice.note << "\n";
+    }
+
     const PlatformServices platformServices = PlatformServices::make(
         {.sysfsRoot = commandLine.sysfsRoot, .procRoot = commandLine.procRoot});
-
-    if (commandLine.previewWindow && !commandLine.switchLowPowerModeTo) {
 #ifdef VOLTARO_WITH_DESKTOP
-        if (hasGraphicalSession()) {
-            return runDesktopFrontEnd(argc, argv, commandLine, platformServices);
-        }
-        std::cerr << "voltaro: no graphical session, showing the dashboard here instead\n";
-#else
-        std::cerr << "voltaro: built without windows, showing the dashboard here instead\n";
-#endif
+    if (choice.frontEnd == FrontEnd::desktop) {
+        return runDesktopFrontEnd(argc, argv, commandLine, platformServices);
     }
+#endif
 
     RunLoop runLoop;
     BatteryMonitor::configureShared(platformServices.monitorServices(runLoop));

@@ -42,18 +42,18 @@ TrayItem::TrayItem(Observable<BatterySnapshot>& snapshot, DisplayPreferencesStor
       statusNotifierItem_(new StatusNotifierItem(
           bus, QDBusObjectPath(QString::fromLatin1(DBusMenu::objectPath)), this)),
       contextMenu_(std::make_unique<QMenu>()) {
-    connect(dbusMenu_, &DBusMenu::openDashboardRequested, this,
-            [this] { emit openDashboardRequested(std::nullopt); });
+    connect(dbusMenu_, &DBusMenu::openDashboardRequested, this, &TrayItem::openDashboardRequested);
     connect(dbusMenu_, &DBusMenu::openSettingsRequested, this, &TrayItem::openSettingsRequested);
     connect(dbusMenu_, &DBusMenu::quitRequested, this, &TrayItem::quitRequested);
 
-    contextMenu_->addAction(menuText("Open Dashboard"), this,
-                            [this] { emit openDashboardRequested(fallbackAnchor()); });
+    contextMenu_->addAction(menuText("Open Dashboard"), this, &TrayItem::openDashboardRequested);
     contextMenu_->addAction(menuText("Settings…"), this, &TrayItem::openSettingsRequested);
     contextMenu_->addAction(menuText("Quit Voltaro"), this, &TrayItem::quitRequested);
 
     connect(statusNotifierItem_, &StatusNotifierItem::activated, this,
-            &TrayItem::openDashboardRequested);
+            [this](std::optional<QPoint> at) {
+                emit activated(at ? std::optional<QRect>(QRect(*at, QSize(0, 0))) : std::nullopt);
+            });
     // Hosts with a menu of their own show the D-Bus menu; others ask for ours.
     connect(statusNotifierItem_, &StatusNotifierItem::contextMenuRequested, this,
             [this](QPoint at) { contextMenu_->popup(at); });
@@ -140,6 +140,15 @@ void TrayItem::updateFallbackIcon() {
 }
 
 void TrayItem::chooseSurface() {
+    placeInPanel();
+    // The watcher's presence has already changed when this runs: compare with what was told.
+    if (isInPanel() != toldInPanel_) {
+        toldInPanel_ = isInPanel();
+        emit panelPresenceChanged(toldInPanel_);
+    }
+}
+
+void TrayItem::placeInPanel() {
     if (usesStatusNotifier()) {
         delete fallback_;
         fallback_ = nullptr;
@@ -153,18 +162,18 @@ void TrayItem::chooseSurface() {
     connect(fallback_, &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
                 if (reason == QSystemTrayIcon::Trigger) {
-                    emit openDashboardRequested(fallbackAnchor());
+                    emit activated(fallbackAnchor());
                 }
             });
     updateFallbackIcon();
     fallback_->show();
 }
 
-std::optional<QPoint> TrayItem::fallbackAnchor() const {
+std::optional<QRect> TrayItem::fallbackAnchor() const {
     if (!fallback_ || !fallback_->geometry().isValid()) {
         return std::nullopt;
     }
-    return fallback_->geometry().center();
+    return fallback_->geometry();
 }
 
 }  // namespace voltaro::ui

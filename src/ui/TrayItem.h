@@ -6,6 +6,7 @@
 #include <QList>
 #include <QObject>
 #include <QPoint>
+#include <QRect>
 #include <memory>
 #include <optional>
 
@@ -41,23 +42,32 @@ class TrayItem : public QObject {
 
     // Through a StatusNotifierWatcher rather than an XEmbed tray.
     bool usesStatusNotifier() const;
+    // Shown by a StatusNotifierWatcher or an XEmbed tray; neither may run yet at login.
+    bool isInPanel() const { return usesStatusNotifier() || fallback_ != nullptr; }
 
     // The glyph padded into the square sizes hosts draw icons at.
     static QList<QImage> iconSizes(const BatterySnapshot& snapshot, const QColor& color);
 
   signals:
-    // Where the item was clicked, when the host tells.
-    void openDashboardRequested(std::optional<QPoint> at);
+    // A click on the item, with where it was when the host or the tray tells: the item's
+    // rectangle, or the clicked point as an empty rectangle.
+    void activated(std::optional<QRect> anchor);
+    // The menu's choices.
+    void openDashboardRequested();
     void openSettingsRequested();
     void quitRequested();
+    // A panel took the item up, or the last one let it go.
+    void panelPresenceChanged(bool isInPanel);
 
   private:
     MenuBarLabelChoices currentChoices() const;
     // Re-renders what the hosts show, if the snapshot or the choices changed or force is set.
     void update(bool force);
     void updateFallbackIcon();
+    // Shows the item through the watcher when one runs, else through an XEmbed tray if any.
     void chooseSurface();
-    std::optional<QPoint> fallbackAnchor() const;
+    void placeInPanel();
+    std::optional<QRect> fallbackAnchor() const;
 
     Observable<BatterySnapshot>& snapshot_;
     DisplayPreferencesStore& preferences_;
@@ -68,6 +78,7 @@ class TrayItem : public QObject {
     StatusNotifierItem* statusNotifierItem_;
     std::unique_ptr<QMenu> contextMenu_;
     QSystemTrayIcon* fallback_ = nullptr;
+    bool toldInPanel_ = false;
 };
 
 }  // namespace voltaro::ui

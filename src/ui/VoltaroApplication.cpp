@@ -2,14 +2,17 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QIcon>
 #include <QScreen>
 #include <QStyle>
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "ui/DashboardPopup.h"
 #include "ui/DashboardView.h"
 #include "ui/SettingsView.h"
 #include "ui/Translation.h"
+#include "ui/TrayItem.h"
 
 namespace voltaro::ui {
 namespace {
@@ -38,14 +41,18 @@ void bringToFront(QWidget& window) {
 void prepareApplication() {
     QCoreApplication::setOrganizationName("Voltaro");
     QCoreApplication::setApplicationName("Voltaro");
-    QGuiApplication::setDesktopFileName("voltaro");
+    // Ties the windows to the installed .desktop file, and so to its name and icon.
+    QGuiApplication::setDesktopFileName(VOLTARO_APP_ID);
+    QGuiApplication::setWindowIcon(
+        QIcon::fromTheme(VOLTARO_APP_ID, QIcon(QStringLiteral(":/icons/" VOLTARO_APP_ID ".svg"))));
     // Windows come and go; the application decides itself when it is done.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     installTranslation(QLocale::system());
 }
 
-VoltaroApplication::VoltaroApplication(BatteryMonitor& monitor, LoginItemServiceFactory loginItems)
-    : monitor_(monitor), loginItems_(std::move(loginItems)) {}
+VoltaroApplication::VoltaroApplication(BatteryMonitor& monitor, LoginItemServiceFactory loginItems,
+                                       const Clock& clock)
+    : monitor_(monitor), loginItems_(std::move(loginItems)), clock_(clock) {}
 
 VoltaroApplication::~VoltaroApplication() {
     if (loop_) {
@@ -89,6 +96,39 @@ void VoltaroApplication::openSettings() {
         centreOnScreen(*settingsWindow_);
     }
     bringToFront(*settingsWindow_);
+}
+
+void VoltaroApplication::openDashboard(std::optional<QRect> anchor) {
+    popup().open(anchor);
+}
+
+void VoltaroApplication::toggleDashboard(std::optional<QRect> anchor) {
+    popup().toggle(anchor);
+}
+
+void VoltaroApplication::quit() {
+    quitApplication();
+}
+
+void VoltaroApplication::attachTrayItem(TrayItem& tray) {
+    connect(&tray, &TrayItem::activated, this, &VoltaroApplication::toggleDashboard);
+    // The menu gives no place to open at; the cursor is where the user just was.
+    connect(&tray, &TrayItem::openDashboardRequested, this,
+            [this] { openDashboard(std::nullopt); });
+    connect(&tray, &TrayItem::openSettingsRequested, this, &VoltaroApplication::openSettings);
+    connect(&tray, &TrayItem::quitRequested, this, &VoltaroApplication::quit);
+    // An item no panel shows reaches nobody: then the last window closing still quits.
+    connect(&tray, &TrayItem::panelPresenceChanged, this,
+            &VoltaroApplication::setReachableWithoutWindows);
+    setReachableWithoutWindows(tray.isInPanel());
+}
+
+DashboardPopup& VoltaroApplication::popup() {
+    if (!dashboardPopup_) {
+        dashboardPopup_ = std::make_unique<DashboardPopup>(
+            monitor_, [this] { openSettings(); }, clock_);
+    }
+    return *dashboardPopup_;
 }
 
 void VoltaroApplication::setReachableWithoutWindows(bool reachable) {

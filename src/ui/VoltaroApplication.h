@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QObject>
+#include <QRect>
 #include <functional>
 #include <memory>
 #include <optional>
 
+#include "core/common/Clock.h"
 #include "core/controls/LoginItemService.h"
 #include "core/monitor/BatteryMonitor.h"
 
@@ -12,7 +14,9 @@ class QWidget;
 
 namespace voltaro::ui {
 
+class DashboardPopup;
 class SettingsView;
+class TrayItem;
 
 // Names the application (so its preferences land in ~/.config/Voltaro/Voltaro.conf), keeps it
 // alive without windows, and speaks the user's language. Call once, after QApplication exists.
@@ -26,7 +30,9 @@ class VoltaroApplication : public QObject {
   public:
     using LoginItemServiceFactory = std::function<std::unique_ptr<LoginItemService>()>;
 
-    VoltaroApplication(BatteryMonitor& monitor, LoginItemServiceFactory loginItems);
+    // The clock tells a second click on the tray item from the click that closed the popup.
+    VoltaroApplication(BatteryMonitor& monitor, LoginItemServiceFactory loginItems,
+                       const Clock& clock = SystemClock::instance());
     ~VoltaroApplication() override;
 
     // Starts the monitor's loop, which runs as long as this object.
@@ -36,13 +42,26 @@ class VoltaroApplication : public QObject {
     void showPreviewWindow();
     // One settings window: opened on first use, brought to the front after that.
     void openSettings();
+    // The dashboard as a popup beside the anchor (the tray item's rectangle or the clicked
+    // point); without one, at the cursor. Each opening refreshes the monitor once.
+    void openDashboard(std::optional<QRect> anchor);
+    // A click on the tray item: the popup opens, or closes when it is open.
+    void toggleDashboard(std::optional<QRect> anchor);
+    void quit();
+
+    // From now on the tray item's clicks and menu reach the windows, and while a panel shows
+    // the item, closing the last window no longer quits: the item keeps the application within
+    // reach.
+    void attachTrayItem(TrayItem& tray);
 
     // The tray item keeps the application within reach after its last window closes. Until one
     // is there, closing the last window quits, so no invisible process lingers.
     void setReachableWithoutWindows(bool reachable);
+    bool isReachableWithoutWindows() const { return reachableWithoutWindows_; }
 
     QWidget* previewWindow() const { return previewWindow_.get(); }
     SettingsView* settingsWindow() const { return settingsWindow_.get(); }
+    DashboardPopup* dashboardPopup() const { return dashboardPopup_.get(); }
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -50,12 +69,15 @@ class VoltaroApplication : public QObject {
 
   private:
     void quitIfNoWindowIsLeft();
+    DashboardPopup& popup();
 
     BatteryMonitor& monitor_;
     LoginItemServiceFactory loginItems_;
+    const Clock& clock_;
     std::optional<BatteryMonitor::LoopTask> loop_;
     std::unique_ptr<QWidget> previewWindow_;
     std::unique_ptr<SettingsView> settingsWindow_;
+    std::unique_ptr<DashboardPopup> dashboardPopup_;
     bool reachableWithoutWindows_ = false;
 };
 

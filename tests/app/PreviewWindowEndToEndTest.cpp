@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "ChildProcess.h"
+#include "VirtualDisplay.h"
 
 namespace voltaro {
 namespace {
@@ -19,33 +20,10 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ChildProcess;
 using testing::outputOf;
+using testing::VirtualDisplay;
 
-constexpr int screenWidth = 1280;
-constexpr int screenHeight = 800;
-
-bool installed(const std::string& program) {
-    return !outputOf("command -v " + program + " 2>/dev/null").empty();
-}
-
-// A private X server on a display number it picks itself, so parallel tests never collide.
-class VirtualDisplay {
-  public:
-    VirtualDisplay()
-        : server_({"/bin/sh", "-c",
-                   "exec Xvfb -displayfd 3 -nolisten tcp -screen 0 " + std::to_string(screenWidth) +
-                       "x" + std::to_string(screenHeight) + "x24 2>/dev/null"},
-                  {}, 3) {
-        std::string number;
-        if (server_.readLine(number, 20000) && !number.empty()) {
-            name_ = ":" + number;
-        }
-    }
-    const std::string& name() const { return name_; }
-
-  private:
-    ChildProcess server_;
-    std::string name_;
-};
+constexpr int screenWidth = VirtualDisplay::width;
+constexpr int screenHeight = VirtualDisplay::height;
 
 struct Refresh {
     long long number;
@@ -57,7 +35,7 @@ class PreviewWindowEndToEndTest : public ::testing::Test {
   protected:
     void SetUp() override {
         for (const char* program : {"Xvfb", "xwininfo", "xprop"}) {
-            if (!installed(program)) {
+            if (!testing::installed(program)) {
                 GTEST_SKIP() << program << " is missing (scripts/install-dependencies.sh)";
             }
         }
@@ -94,9 +72,7 @@ class PreviewWindowEndToEndTest : public ::testing::Test {
         }
     }
 
-    std::string x11(const std::string& command) {
-        return outputOf(command + " -display " + display_->name() + " 2>&1");
-    }
+    std::string x11(const std::string& command) { return display_->run(command); }
 
     void TearDown() override {
         voltaro_.reset();

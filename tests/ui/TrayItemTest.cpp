@@ -188,6 +188,9 @@ class TrayItemBusTest : public ::testing::Test {
 TEST_F(TrayItemBusTest, RegistersWithEveryWatcherThatAppears) {
     TrayItem tray(snapshot, preferences, QDBusConnection::sessionBus());
     EXPECT_FALSE(tray.usesStatusNotifier());
+    std::vector<bool> presence;
+    QObject::connect(&tray, &TrayItem::panelPresenceChanged,
+                     [&](bool isInPanel) { presence.push_back(isInPanel); });
 
     watcher = std::make_unique<FakeStatusNotifierWatcher>();
     ASSERT_TRUE(processEventsUntil([&] { return !watcher->registrations.isEmpty(); }));
@@ -203,6 +206,8 @@ TEST_F(TrayItemBusTest, RegistersWithEveryWatcherThatAppears) {
     watcher = std::make_unique<FakeStatusNotifierWatcher>();
     ASSERT_TRUE(processEventsUntil([&] { return !watcher->registrations.isEmpty(); }));
     EXPECT_EQ(watcher->registrations, QStringList{service});
+    EXPECT_EQ(presence, (std::vector<bool>{true, false, true}));
+    EXPECT_TRUE(tray.isInPanel());
 }
 
 TEST_F(TrayItemBusTest, ExportsTheSnapshotAsIconTooltipAndLabel) {
@@ -290,10 +295,7 @@ TEST_F(TrayItemBusTest, ServesTheMenuAndPassesEachChoiceOn) {
     int dashboards = 0;
     int settings = 0;
     int quits = 0;
-    QObject::connect(tray.get(), &TrayItem::openDashboardRequested, [&](std::optional<QPoint> at) {
-        EXPECT_FALSE(at);
-        ++dashboards;
-    });
+    QObject::connect(tray.get(), &TrayItem::openDashboardRequested, [&] { ++dashboards; });
     QObject::connect(tray.get(), &TrayItem::openSettingsRequested, [&] { ++settings; });
     QObject::connect(tray.get(), &TrayItem::quitRequested, [&] { ++quits; });
 
@@ -335,13 +337,13 @@ TEST_F(TrayItemBusTest, ServesTheMenuAndPassesEachChoiceOn) {
 
 TEST_F(TrayItemBusTest, AClickOpensTheDashboardWhereTheHostSaysItWas) {
     const auto tray = registeredTray();
-    std::vector<std::optional<QPoint>> opened;
-    QObject::connect(tray.get(), &TrayItem::openDashboardRequested,
-                     [&](std::optional<QPoint> at) { opened.push_back(at); });
+    std::vector<std::optional<QRect>> opened;
+    QObject::connect(tray.get(), &TrayItem::activated,
+                     [&](std::optional<QRect> at) { opened.push_back(at); });
 
     callItem("Activate", {1830, 12});
     callItem("Activate", {0, 0});  // a host that cannot tell
-    EXPECT_EQ(opened, (std::vector<std::optional<QPoint>>{QPoint(1830, 12), std::nullopt}));
+    EXPECT_EQ(opened, (std::vector<std::optional<QRect>>{QRect(1830, 12, 0, 0), std::nullopt}));
 }
 
 }  // namespace

@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 #include <QApplication>
+#include <QCursor>
+#include <QDBusConnection>
+#include <QPushButton>
 #include <QScreen>
+#include <QTest>
 #include <QWidget>
 
 #include "support/FakeApplicationCatalog.h"
@@ -11,10 +15,13 @@
 #include "support/FakeLowPowerModeBackend.h"
 #include "support/FakeProcessSource.h"
 #include "support/ManualScheduler.h"
+#include "ui/DashboardPopup.h"
 #include "ui/DashboardView.h"
+#include "ui/DisplayPreferencesStore.h"
 #include "ui/QtPrinters.h"
 #include "ui/SettingsView.h"
 #include "ui/TemporaryPreferences.h"
+#include "ui/TrayItem.h"
 
 namespace voltaro::ui {
 namespace {
@@ -51,7 +58,9 @@ class VoltaroApplicationTest : public ::testing::Test {
     testing::TemporaryPreferences preferences;
     std::optional<QuitCountingApplication> application{
         std::in_place, monitor,
-        [] { return std::make_unique<voltaro::testing::FakeLoginItemService>(); }};
+        [] { return std::make_unique<voltaro::testing::FakeLoginItemService>(); }, scheduler};
+
+    std::int64_t refreshes() { return monitor.refreshCount().get(); }
 };
 
 TEST_F(VoltaroApplicationTest, ThePreviewWindowIsTheFixedDashboardInTheMiddleOfTheScreen) {
@@ -114,6 +123,133 @@ TEST_F(VoltaroApplicationTest, ClosingTheLastWindowQuitsUnlessTheApplicationStay
     application->setReachableWithoutWindows(true);
     close(preview);
     EXPECT_EQ(application->quits, 1);
+}
+
+TEST_F(VoltaroApplicationTest, ThePopupOpensBesideTheItemOrAtTheCursor) {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    ASSERT_EQ(screen->geometry(), QRect(0, 0, 800, 800)) << "the offscreen platform's screen";
+    ASSERT_EQ(screen->availableGeometry(), screen->geometry());
+    QCursor::setPos(300, 20);
+    const struct {
+        const char* name;
+        std::optional<QRect> anchor;
+        QPoint expected;
+    } cases[] = {
+        // Below an item in the top right corner, pushed back onto the screen.
+        {"clicked point near the top right", QRect(780, 10, 0, 0), QPoint(418, 14)},
+        // Above an item in a bottom panel, centred on it.
+        {"item in a bottom panel", QRect(390, 776, 24, 24), QPoint(211, 220)},
+        {"no anchor", std::nullopt, QPoint(109, 24)},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        application->openDashboard(c.anchor);
+        DashboardPopup* popup = application->dashboardPopup();
+        ASSERT_NE(popup, nullptr);
+        EXPECT_TRUE(popup->isVisible());
+        EXPECT_TRUE(popup->windowFlags().testFlag(Qt::Popup));
+        EXPECT_EQ(popup->size(), QSize(382, 552)) << "the dashboard and a hairline around it";
+        ASSERT_NE(popup->findChild<DashboardView*>(), nullptr);
+        EXPECT_EQ(popup->findChild<DashboardView*>()->size(), QSize(380, 550));
+        EXPECT_EQ(popup->geometry().topLeft(), c.expected);
+        popup->close();
+    }
+}
+
+TEST_F(VoltaroApplicationTest, EachOpeningOfThePopupRefreshesOnceAndTheClicksToggleIt) {
+    application->start();
+    application->showPreviewWindow();
+    EXPECT_EQ(refreshes(), 1) << "showing the preview window refreshes nothing";
+
+    application->toggleDashboard(QRect(780, 10, 0, 0));
+    DashboardPopup* popup = application->dashboardPopup();
+    ASSERT_NE(popup, nullptr);
+    EXPECT_TRUE(popup->isVisible());
+    EXPECT_EQ(refreshes(), 2);
+
+    application->toggleDashboard(QRect(780, 10, 0, 0));
+    EXPECT_FALSE(popup->isVisible()) << "a second click closes it";
+    EXPECT_EQ(refreshes(), 2);
+    application->toggleDashboard(QRect(780, 10, 0, 0));
+    EXPECT_TRUE(popup->isVisible());
+    EXPECT_EQ(refreshes(), 3);
+
+    application->openDashboard(std::nullopt);
+    EXPECT_TRUE(popup->isVisible());
+    EXPECT_EQ(refreshes(), 3) << "already open: nothing new to show";
+    scheduler.advance(2s);
+    EXPECT_EQ(refreshes(), 4) << "the one loop goes on beside it";
+}
+
+TEST_F(VoltaroApplicationTest, AClickElsewhereClosesThePopupAndIsNotTakenForASecondClick) {
+    application->showPreviewWindow();
+    application->toggleDashboard(QRect(780, 10, 0, 0));
+    DashboardPopup* popup = application->dashboardPopup();
+    ASSERT_TRUE(popup->isVisible());
+
+    QTest::mouseClick(application->previewWindow()->windowHandle(), Qt::LeftButton, {},
+                      QPoint(20, 20));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(popup->isVisible());
+
+    // The panel may pass the click that closed the popup on as an activation of the item.
+    application->toggleDashboard(QRect(780, 10, 0, 0));
+    EXPECT_FALSE(popup->isVisible());
+    scheduler.advance(1s);
+    application->toggleDashboard(QRect(780, 10, 0, 0));
+    EXPECT_TRUE(popup->isVisible());
+    popup->close();
+}
+
+TEST_F(VoltaroApplicationTest, TheTrayItemReachesTheWindows) {
+    TrayItem tray(monitor.snapshot(), DisplayPreferencesStore::shared(),
+                  QDBusConnection(QStringLiteral("voltaro-no-bus")));
+    application->attachTrayItem(tray);
+    application->start();
+
+    emit tray.activated(QRect(780, 10, 0, 0));
+    DashboardPopup* popup = application->dashboardPopup();
+    ASSERT_NE(popup, nullptr);
+    EXPECT_TRUE(popup->isVisible());
+    EXPECT_EQ(refreshes(), 2);
+
+    // The dashboard's settings button leaves the popup for the settings window.
+    auto* settingsButton = popup->findChild<QPushButton*>("settingsButton");
+    ASSERT_NE(settingsButton, nullptr);
+    settingsButton->click();
+    EXPECT_FALSE(popup->isVisible());
+    ASSERT_NE(application->settingsWindow(), nullptr);
+    EXPECT_TRUE(application->settingsWindow()->isVisible());
+    application->settingsWindow()->hide();
+
+    scheduler.advance(1s);
+    emit tray.openDashboardRequested();
+    EXPECT_TRUE(popup->isVisible());
+    EXPECT_EQ(refreshes(), 3);
+    popup->close();
+    emit tray.openSettingsRequested();
+    EXPECT_TRUE(application->settingsWindow()->isVisible());
+    emit tray.quitRequested();
+    EXPECT_EQ(application->quits, 1);
+}
+
+TEST_F(VoltaroApplicationTest, WhileAPanelShowsTheItemClosingTheLastWindowDoesNotQuit) {
+    TrayItem tray(monitor.snapshot(), DisplayPreferencesStore::shared(),
+                  QDBusConnection(QStringLiteral("voltaro-no-bus")));
+    ASSERT_FALSE(tray.isInPanel());
+    application->attachTrayItem(tray);
+    EXPECT_FALSE(application->isReachableWithoutWindows()) << "no panel shows it yet";
+    application->openSettings();
+    close(application->settingsWindow());
+    EXPECT_EQ(application->quits, 1);
+
+    emit tray.panelPresenceChanged(true);
+    application->openSettings();
+    close(application->settingsWindow());
+    EXPECT_EQ(application->quits, 1);
+
+    emit tray.panelPresenceChanged(false);
+    EXPECT_FALSE(application->isReachableWithoutWindows());
 }
 
 }  // namespace

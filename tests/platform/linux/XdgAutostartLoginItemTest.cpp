@@ -5,6 +5,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "platform/Platform.h"
 #include "platform/ScopedEnvironment.h"
 #include "platform/TemporaryDirectory.h"
 
@@ -141,6 +142,21 @@ TEST(XdgAutostartEntryTest, FindsTheConfigurationFolder) {
     }
     testing::ScopedEnvironment config("XDG_CONFIG_HOME", std::nullopt);
     EXPECT_EQ(XdgAutostartLoginItem::configHomeFromEnvironment(), "/home/ada/.config");
+}
+
+TEST(XdgAutostartEntryTest, TheApplicationsLoginItemStartsThisVeryProgram) {
+    testing::TemporaryDirectory home;
+    testing::ScopedEnvironment config("XDG_CONFIG_HOME", home.path().string());
+    const auto loginItem = makeLoginItemService();
+    ASSERT_EQ(loginItem->registerItem(), std::nullopt);
+
+    // An absolute path, so the session starts the installed program, not the first "voltaro"
+    // on its PATH.
+    const std::string entry = contents(home.path() / "autostart" / "voltaro.desktop");
+    const auto start = entry.find("\nExec=") + 6;
+    const std::filesystem::path exec = entry.substr(start, entry.find('\n', start) - start);
+    EXPECT_TRUE(exec.is_absolute()) << entry;
+    EXPECT_EQ(exec, std::filesystem::canonical("/proc/self/exe"));
 }
 
 }  // namespace
