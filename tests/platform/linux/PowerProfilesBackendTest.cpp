@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/ScopedEnvironment.h"
-#include "platform/TemporaryDirectory.h"
+#include "support/ScopedEnvironment.h"
+#include "support/TemporaryDirectory.h"
 
 namespace voltaro::platform {
 namespace {

@@ -5,8 +5,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "platform/ScopedEnvironment.h"
-#include "platform/TemporaryDirectory.h"
+#include "support/ScopedEnvironment.h"
+#include "support/TemporaryDirectory.h"
 
 namespace voltaro::platform {
 namespace {

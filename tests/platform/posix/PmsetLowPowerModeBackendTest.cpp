@@ -4,7 +4,7 @@
 
 #include <map>
 
-#include "platform/TemporaryDirectory.h"
+#include "support/TemporaryDirectory.h"
 #include "platform/posix/PosixCommandRunner.h"
 
 namespace voltaro {
