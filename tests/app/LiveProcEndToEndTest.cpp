@@ -18,8 +18,9 @@
 #include <thread>
 #include <vector>
 
-#include "app/RunningVoltaro.h"
+#include "app/ChildProcess.h"
 #include "platform/linux/LinuxApplicationCatalog.h"
+#include "support/TemporaryDirectory.h"
 
 #ifdef __linux__
 
@@ -161,41 +162,23 @@ bool settles(pid_t pid, const fs::path& executable, char state) {
     return false;
 }
 
-// Copies of system programs under names of their own, in a directory any user may run them from.
-class Workshop {
-  public:
-    Workshop() {
-        std::string pattern = (fs::temp_directory_path() / "voltaro-live-XXXXXX").string();
-        path_ = ::mkdtemp(pattern.data());
-        fs::permissions(path_, fs::perms::owner_all | fs::perms::group_read |
-                                   fs::perms::group_exec | fs::perms::others_read |
-                                   fs::perms::others_exec);
+// A copy of a system program under a name of its own, in a directory any user may run it from.
+fs::path copyProgram(const testing::TemporaryDirectory& workshop, const fs::path& program,
+                     const std::string& name) {
+    const fs::path copy = workshop / name;
+    fs::copy_file(program, copy);
+    for (const fs::path& path : {workshop.path(), copy}) {
+        fs::permissions(path, fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec |
+                                  fs::perms::others_read | fs::perms::others_exec);
     }
-    Workshop(const Workshop&) = delete;
-    Workshop& operator=(const Workshop&) = delete;
-    ~Workshop() {
-        std::error_code ignored;
-        fs::remove_all(path_, ignored);
-    }
-
-    fs::path copy(const fs::path& program, const std::string& name) const {
-        const fs::path target = path_ / name;
-        fs::copy_file(program, target);
-        fs::permissions(target, fs::perms::owner_all | fs::perms::group_read |
-                                    fs::perms::group_exec | fs::perms::others_read |
-                                    fs::perms::others_exec);
-        return target;
-    }
-
-  private:
-    fs::path path_;
-};
+    return copy;
+}
 
 TEST(LiveProcEndToEndTest, ABusyProgramRanksFirstAndASleepingOneIsNotListed) {
-    const Workshop workshop;
+    const testing::TemporaryDirectory workshop;
     const std::optional<User> user = userOfOurOwn();
-    const fs::path busyProgram = workshop.copy("/bin/bash", "voltaro-busy");
-    const fs::path idleProgram = workshop.copy("/bin/sleep", "voltaro-idle");
+    const fs::path busyProgram = copyProgram(workshop, "/bin/bash", "voltaro-busy");
+    const fs::path idleProgram = copyProgram(workshop, "/bin/sleep", "voltaro-idle");
     // A builtin loop: no system calls, so no wake-ups, only CPU time. Both end on their own.
     const DetachedProgram busy({busyProgram.string(), "-c", "while (( SECONDS < 60 )); do :; done"},
                                user);
@@ -211,14 +194,10 @@ TEST(LiveProcEndToEndTest, ABusyProgramRanksFirstAndASleepingOneIsNotListed) {
                                    .value_or("process:" + busyProgram.string());
     const std::string idleID = "process:" + idleProgram.string();
 
-    testing::RunningVoltaro::Options options;
-    options.arguments = {"--watch", "--json"};
-    if (user) {
-        options.executable = workshop.copy(VOLTARO_BINARY, "voltaro").string();
-        options.user = user;
-    }
-    testing::RunningVoltaro voltaro(std::move(options));
-    ASSERT_TRUE(voltaro.hasStarted());
+    const fs::path binary =
+        user ? copyProgram(workshop, VOLTARO_BINARY, "voltaro") : VOLTARO_BINARY;
+    testing::ChildProcess voltaro({.arguments = {binary, "--watch", "--json"}, .user = user});
+    ASSERT_TRUE(voltaro.started());
 
     std::vector<nlohmann::json> ranked;
     for (int refresh = 0; refresh < 6 && ranked.size() < 2; ++refresh) {

@@ -38,6 +38,7 @@ TEST(LinuxApplicationCatalogTest, FindsTheApplicationUnitAroundAProcess) {
         // Hidden by the user (the unit's own reading), and an application without an entry.
         {"kde", 2300, "org.kde.kate"},
         {"kde", 2500, "com.example.Tool"},
+        {"kde", 1700, "org.kde.kdeconnect.daemon"},  // autostarted
     };
     for (const auto& c : cases) {
         EXPECT_EQ(catalogOf(c.scenario).containingApplication(c.pid, std::nullopt), c.expected)
