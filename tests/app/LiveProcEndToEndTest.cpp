@@ -1,11 +1,7 @@
 // Runs the real binary on this machine's /proc beside a program that burns a core and one that
 // sleeps.
-#include <fcntl.h>
-#include <grp.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -29,11 +25,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using User = std::pair<uid_t, gid_t>;
-
-bool becomeUser(const std::optional<User>& user) {
-    return !user || (::setgroups(0, nullptr) == 0 && ::setgid(user->second) == 0 &&
-                     ::setuid(user->first) == 0);
-}
 
 // The user IDs of the machine's processes.
 std::set<uid_t> usersWithProcesses() {
@@ -66,60 +57,25 @@ std::optional<User> userOfOurOwn() {
         if (taken.contains(id)) {
             continue;
         }
+        // Whether the system lets us become it (a user namespace may not map it).
         const User user{id, id};
-        const pid_t probe = ::fork();
-        if (probe == 0) {
-            ::_exit(becomeUser(user) ? 0 : 1);
-        }
-        int status = 0;
-        const bool switched = probe > 0 && ::waitpid(probe, &status, 0) == probe &&
-                              WIFEXITED(status) && WEXITSTATUS(status) == 0;
-        return switched ? std::optional<User>(user) : std::nullopt;
+        testing::ChildProcess probe({.arguments = {"/bin/echo", "switched"}, .user = user});
+        return probe.readLine(std::chrono::seconds(10)) == "switched" ? std::optional(user)
+                                                                      : std::nullopt;
     }
     return std::nullopt;
 }
 
-// A program started through a second fork, so that its parent is the machine's or session's
-// reaper: a parent walk from it ends there instead of reaching the test. Killed with the object.
+// A program started by a shell that ends at once, so that its parent is the machine's or
+// session's reaper: a parent walk from it ends there instead of reaching the test. Killed with the
+// object.
 class DetachedProgram {
   public:
-    DetachedProgram(std::vector<std::string> arguments, const std::optional<User>& user) {
-        std::vector<char*> pointers;
-        for (std::string& argument : arguments) {
-            pointers.push_back(argument.data());
-        }
-        pointers.push_back(nullptr);
-        int started[2];
-        if (::pipe2(started, O_CLOEXEC) != 0) {
-            return;
-        }
-        const pid_t middle = ::fork();
-        if (middle == 0) {
-            ::close(started[0]);
-            if (!becomeUser(user)) {
-                ::_exit(1);
-            }
-            const pid_t program = ::fork();
-            if (program == 0) {
-                ::execv(pointers[0], pointers.data());
-                ::_exit(127);
-            }
-            const bool written = ::write(started[1], &program, sizeof program) == sizeof program;
-            ::_exit(written ? 0 : 1);
-        }
-        ::close(started[1]);
-        pid_t program = -1;
-        if (middle > 0 && ::read(started[0], &program, sizeof program) == sizeof program) {
-            pid_ = program;
-        }
-        // The pipe reads as ended once the program has replaced itself by the new image.
-        char ignored = 0;
-        while (::read(started[0], &ignored, 1) > 0) {
-        }
-        ::close(started[0]);
-        if (middle > 0) {
-            ::waitpid(middle, nullptr, 0);
-        }
+    DetachedProgram(const std::string& commandLine, const std::optional<User>& user) {
+        testing::ChildProcess shell(
+            {.arguments = {"/bin/sh", "-c", commandLine + " </dev/null >/dev/null 2>&1 & echo $!"},
+             .user = user});
+        pid_ = std::stoi(shell.readLine(std::chrono::seconds(10)).value_or("-1"));
     }
     DetachedProgram(const DetachedProgram&) = delete;
     DetachedProgram& operator=(const DetachedProgram&) = delete;
@@ -180,9 +136,9 @@ TEST(LiveProcEndToEndTest, ABusyProgramRanksFirstAndASleepingOneIsNotListed) {
     const fs::path busyProgram = copyProgram(workshop, "/bin/bash", "voltaro-busy");
     const fs::path idleProgram = copyProgram(workshop, "/bin/sleep", "voltaro-idle");
     // A builtin loop: no system calls, so no wake-ups, only CPU time. Both end on their own.
-    const DetachedProgram busy({busyProgram.string(), "-c", "while (( SECONDS < 60 )); do :; done"},
+    const DetachedProgram busy(busyProgram.string() + " -c 'while (( SECONDS < 60 )); do :; done'",
                                user);
-    const DetachedProgram idle({idleProgram.string(), "60"}, user);
+    const DetachedProgram idle(idleProgram.string() + " 60", user);
     ASSERT_TRUE(settles(busy.pid(), busyProgram, 'R'));
     ASSERT_TRUE(settles(idle.pid(), idleProgram, 'S'));
 
