@@ -161,8 +161,8 @@ TEST_F(ProcessEnergyMonitorTest, ReadsMetadataOncePerIncarnation) {
     source.extraListedIDs = {0, -7, 100};
 
     monitor.sample(std::nullopt);
-    passAfter(2s);
-    passAfter(2s);
+    passAfter(2s, {{100, 1.0}});  // ranked, so that its identity is cached
+    passAfter(2s, {{100, 1.0}});
     EXPECT_EQ(source.usageCalls(100), 3);
     EXPECT_EQ(source.metadataCalls(100), 1);
     EXPECT_EQ(source.metadataCalls(101), 0);  // its usage could not be read
