@@ -93,6 +93,8 @@ TEST(SMCReaderTest, RetriesOpeningUntilAServiceOpensThenKeepsIt) {
     controller.setKey("B0AT", Key("ui16", {0x8A, 0x0B}));
     controller.refuseToOpen("AppleSMC");
     controller.refuseToOpen("AppleSMCKeysEndpoint");
+    { SMCReader unused(controller); }
+    EXPECT_TRUE(controller.closedConnections().empty()) << "nothing opened, nothing to close";
     {
         SMCReader reader(controller);
         EXPECT_EQ(reader.batteryTemperatureCelsius(), std::nullopt);
@@ -112,12 +114,6 @@ TEST(SMCReaderTest, RetriesOpeningUntilAServiceOpensThenKeepsIt) {
         EXPECT_EQ(controller.openedConnections().size(), 1u);
     }
     EXPECT_EQ(controller.closedConnections(), controller.openedConnections());
-}
-
-TEST(SMCReaderTest, ClosesNothingWhenNeverOpened) {
-    FakeSMCController controller;
-    { SMCReader unused(controller); }
-    EXPECT_TRUE(controller.closedConnections().empty());
 }
 
 TEST(SMCKeyDataTest, LaysOutFieldsLittleEndianAtFixedOffsets) {
