@@ -1,91 +1,123 @@
 #include "ChildProcess.h"
 
 #include <fcntl.h>
+#include <grp.h>
 #include <poll.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
-#include <chrono>
+#include <cerrno>
 #include <cstdio>
+
+#ifdef __linux__
+#include <sys/prctl.h>
+#endif
 
 extern char** environ;
 
 namespace voltaro::testing {
 
-ChildProcess::ChildProcess(const std::vector<std::string>& arguments,
-                           const std::vector<std::string>& environment, int pipedDescriptor) {
+ChildProcess::ChildProcess(Options options) {
+    std::map<std::string, std::string> variables;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        const std::string text(*entry);
+        const std::size_t equals = text.find('=');
+        if (equals != std::string::npos) {
+            variables.emplace(text.substr(0, equals), text.substr(equals + 1));
+        }
+    }
+    for (const auto& [name, value] : options.environment) {
+        variables[name] = value;
+    }
+    // Everything the child needs is built before the fork.
+    std::vector<std::string> environmentTexts;
+    for (const auto& [name, value] : variables) {
+        environmentTexts.push_back(name + "=" + value);
+    }
+    std::vector<char*> environmentPointers;
+    for (std::string& text : environmentTexts) {
+        environmentPointers.push_back(text.data());
+    }
+    environmentPointers.push_back(nullptr);
+    std::vector<char*> argumentPointers;
+    for (std::string& argument : options.arguments) {
+        argumentPointers.push_back(argument.data());
+    }
+    argumentPointers.push_back(nullptr);
+
     // Close-on-exec, so the child keeps only the copy made for it below.
     int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) {
+    if (::pipe2(ends, O_CLOEXEC) != 0) {
         return;
     }
-    std::vector<std::string> variables;
-    for (char** entry = environ; *entry != nullptr; ++entry) {
-        variables.emplace_back(*entry);
+    const pid_t parent = ::getpid();
+    pid_ = ::fork();
+    if (pid_ == 0) {
+        ::dup2(ends[1], options.pipedDescriptor);
+        if (options.user && (::setgroups(0, nullptr) != 0 || ::setgid(options.user->second) != 0 ||
+                             ::setuid(options.user->first) != 0)) {
+            ::_exit(127);
+        }
+#ifdef __linux__
+        // After the change of user, which clears it.
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+#endif
+        if (::getppid() != parent) {
+            ::_exit(127);
+        }
+        ::execve(argumentPointers[0], argumentPointers.data(), environmentPointers.data());
+        ::_exit(127);
     }
-    variables.insert(variables.end(), environment.begin(), environment.end());
-    std::vector<char*> argv;
-    for (const auto& argument : arguments) {
-        argv.push_back(const_cast<char*>(argument.c_str()));
-    }
-    argv.push_back(nullptr);
-    std::vector<char*> envp;
-    // Later entries win, as the extra ones must.
-    for (auto it = variables.rbegin(); it != variables.rend(); ++it) {
-        envp.push_back(const_cast<char*>(it->c_str()));
-    }
-    envp.push_back(nullptr);
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, ends[1], pipedDescriptor);
-    pid_t pid = -1;
-    if (posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), envp.data()) == 0) {
-        pid_ = pid;
-    }
-    posix_spawn_file_actions_destroy(&actions);
-    close(ends[1]);
+    ::close(ends[1]);
     pipe_ = ends[0];
 }
 
 ChildProcess::~ChildProcess() {
     if (pid_ > 0) {
-        kill(pid_, SIGTERM);
-        waitpid(pid_, nullptr, 0);
+        ::kill(pid_, SIGTERM);
+        ::waitpid(pid_, nullptr, 0);
     }
     if (pipe_ >= 0) {
-        close(pipe_);
+        ::close(pipe_);
     }
 }
 
-bool ChildProcess::readLine(std::string& line, int timeoutMilliseconds) {
-    const auto deadline =
-        std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMilliseconds);
+std::optional<std::string> ChildProcess::readLine(std::chrono::milliseconds timeout) {
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
     while (true) {
         if (const auto end = buffered_.find('\n'); end != std::string::npos) {
-            line = buffered_.substr(0, end);
+            std::string line = buffered_.substr(0, end);
             buffered_.erase(0, end + 1);
-            return true;
+            return line;
         }
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
             deadline - std::chrono::steady_clock::now());
         pollfd readable{pipe_, POLLIN, 0};
-        if (left.count() <= 0 || poll(&readable, 1, static_cast<int>(left.count())) <= 0) {
-            return false;
+        const int ready =
+            left.count() > 0 ? ::poll(&readable, 1, static_cast<int>(left.count())) : 0;
+        if (ready < 0 && errno == EINTR) {
+            continue;
+        }
+        if (ready <= 0) {
+            return std::nullopt;
         }
         char chunk[4096];
-        const ssize_t count = read(pipe_, chunk, sizeof chunk);
+        const ssize_t count = ::read(pipe_, chunk, sizeof chunk);
         if (count <= 0) {
-            return false;
+            return std::nullopt;
         }
         buffered_.append(chunk, static_cast<std::size_t>(count));
     }
 }
 
+std::optional<nlohmann::json> ChildProcess::nextReport(std::chrono::milliseconds timeout) {
+    const std::optional<std::string> line = readLine(timeout);
+    nlohmann::json report = nlohmann::json::parse(line.value_or(""), nullptr, false);
+    return report.is_discarded() ? std::nullopt : std::optional(std::move(report));
+}
+
 bool ChildProcess::running() {
-    if (pid_ > 0 && waitpid(pid_, nullptr, WNOHANG) == pid_) {
+    if (pid_ > 0 && ::waitpid(pid_, nullptr, WNOHANG) == pid_) {
         pid_ = -1;  // reaped: the number may belong to another process now
     }
     return pid_ > 0;
@@ -93,15 +125,15 @@ bool ChildProcess::running() {
 
 std::string outputOf(const std::string& command) {
     std::string output;
-    FILE* pipe = popen(command.c_str(), "r");
+    FILE* pipe = ::popen(command.c_str(), "r");
     if (pipe == nullptr) {
         return output;
     }
     char buffer[4096];
-    while (const std::size_t count = fread(buffer, 1, sizeof buffer, pipe)) {
+    while (const std::size_t count = std::fread(buffer, 1, sizeof buffer, pipe)) {
         output.append(buffer, count);
     }
-    pclose(pipe);
+    ::pclose(pipe);
     return output;
 }
 

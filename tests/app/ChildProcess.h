@@ -1,30 +1,47 @@
 #pragma once
 
+#include <sys/types.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace voltaro::testing {
 
-// A program started by a test, with a pipe from one of its outputs; stopped and reaped when the
-// object goes, so no test leaves a process behind.
+// A program started by a test, with a pipe from one of its outputs; ended and reaped with the
+// object, and killed with the test if that crashes, so no test leaves a process behind.
 class ChildProcess {
   public:
-    // Runs the program with the extra environment entries ("NAME=value"); the chosen descriptor
-    // of the child (2 for stderr, or any other) writes into the pipe read by readLine.
-    ChildProcess(const std::vector<std::string>& arguments,
-                 const std::vector<std::string>& environment, int pipedDescriptor);
+    struct Options {
+        std::vector<std::string> arguments;  // the program first
+        // Set on top of the test's own environment.
+        std::map<std::string, std::string> environment = {};
+        int pipedDescriptor = STDOUT_FILENO;
+        // Run under this user and group instead of the test's own (needs root).
+        std::optional<std::pair<uid_t, gid_t>> user = {};
+    };
+
+    explicit ChildProcess(Options options);
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
     bool started() const { return pid_ > 0; }
-    // The next line from the pipe, waiting at most the given time; false at the end or on time.
-    bool readLine(std::string& line, int timeoutMilliseconds);
+    // The next line from the pipe; nothing at its end or when none comes in time.
+    std::optional<std::string> readLine(std::chrono::milliseconds timeout);
+    // The next line as JSON; nothing also when it is not JSON.
+    std::optional<nlohmann::json> nextReport(
+        std::chrono::milliseconds timeout = std::chrono::seconds(20));
     // Whether the child still runs.
     bool running();
 
   private:
-    int pid_ = -1;
+    pid_t pid_ = -1;
     int pipe_ = -1;
     std::string buffered_;
 };

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/ScopedEnvironment.h"
+#include "support/ScopedEnvironment.h"
 
 namespace voltaro {
 namespace {

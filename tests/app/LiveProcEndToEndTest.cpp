@@ -1,11 +1,7 @@
 // Runs the real binary on this machine's /proc beside a program that burns a core and one that
 // sleeps.
-#include <fcntl.h>
-#include <grp.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -18,8 +14,9 @@
 #include <thread>
 #include <vector>
 
-#include "app/RunningVoltaro.h"
+#include "app/ChildProcess.h"
 #include "platform/linux/LinuxApplicationCatalog.h"
+#include "support/TemporaryDirectory.h"
 
 #ifdef __linux__
 
@@ -28,11 +25,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using User = std::pair<uid_t, gid_t>;
-
-bool becomeUser(const std::optional<User>& user) {
-    return !user || (::setgroups(0, nullptr) == 0 && ::setgid(user->second) == 0 &&
-                     ::setuid(user->first) == 0);
-}
 
 // The user IDs of the machine's processes.
 std::set<uid_t> usersWithProcesses() {
@@ -65,60 +57,25 @@ std::optional<User> userOfOurOwn() {
         if (taken.contains(id)) {
             continue;
         }
+        // Whether the system lets us become it (a user namespace may not map it).
         const User user{id, id};
-        const pid_t probe = ::fork();
-        if (probe == 0) {
-            ::_exit(becomeUser(user) ? 0 : 1);
-        }
-        int status = 0;
-        const bool switched = probe > 0 && ::waitpid(probe, &status, 0) == probe &&
-                              WIFEXITED(status) && WEXITSTATUS(status) == 0;
-        return switched ? std::optional<User>(user) : std::nullopt;
+        testing::ChildProcess probe({.arguments = {"/bin/echo", "switched"}, .user = user});
+        return probe.readLine(std::chrono::seconds(10)) == "switched" ? std::optional(user)
+                                                                      : std::nullopt;
     }
     return std::nullopt;
 }
 
-// A program started through a second fork, so that its parent is the machine's or session's
-// reaper: a parent walk from it ends there instead of reaching the test. Killed with the object.
+// A program started by a shell that ends at once, so that its parent is the machine's or
+// session's reaper: a parent walk from it ends there instead of reaching the test. Killed with the
+// object.
 class DetachedProgram {
   public:
-    DetachedProgram(std::vector<std::string> arguments, const std::optional<User>& user) {
-        std::vector<char*> pointers;
-        for (std::string& argument : arguments) {
-            pointers.push_back(argument.data());
-        }
-        pointers.push_back(nullptr);
-        int started[2];
-        if (::pipe2(started, O_CLOEXEC) != 0) {
-            return;
-        }
-        const pid_t middle = ::fork();
-        if (middle == 0) {
-            ::close(started[0]);
-            if (!becomeUser(user)) {
-                ::_exit(1);
-            }
-            const pid_t program = ::fork();
-            if (program == 0) {
-                ::execv(pointers[0], pointers.data());
-                ::_exit(127);
-            }
-            const bool written = ::write(started[1], &program, sizeof program) == sizeof program;
-            ::_exit(written ? 0 : 1);
-        }
-        ::close(started[1]);
-        pid_t program = -1;
-        if (middle > 0 && ::read(started[0], &program, sizeof program) == sizeof program) {
-            pid_ = program;
-        }
-        // The pipe reads as ended once the program has replaced itself by the new image.
-        char ignored = 0;
-        while (::read(started[0], &ignored, 1) > 0) {
-        }
-        ::close(started[0]);
-        if (middle > 0) {
-            ::waitpid(middle, nullptr, 0);
-        }
+    DetachedProgram(const std::string& commandLine, const std::optional<User>& user) {
+        testing::ChildProcess shell(
+            {.arguments = {"/bin/sh", "-c", commandLine + " </dev/null >/dev/null 2>&1 & echo $!"},
+             .user = user});
+        pid_ = std::stoi(shell.readLine(std::chrono::seconds(10)).value_or("-1"));
     }
     DetachedProgram(const DetachedProgram&) = delete;
     DetachedProgram& operator=(const DetachedProgram&) = delete;
@@ -161,45 +118,27 @@ bool settles(pid_t pid, const fs::path& executable, char state) {
     return false;
 }
 
-// Copies of system programs under names of their own, in a directory any user may run them from.
-class Workshop {
-  public:
-    Workshop() {
-        std::string pattern = (fs::temp_directory_path() / "voltaro-live-XXXXXX").string();
-        path_ = ::mkdtemp(pattern.data());
-        fs::permissions(path_, fs::perms::owner_all | fs::perms::group_read |
-                                   fs::perms::group_exec | fs::perms::others_read |
-                                   fs::perms::others_exec);
+// A copy of a system program under a name of its own, in a directory any user may run it from.
+fs::path copyProgram(const testing::TemporaryDirectory& workshop, const fs::path& program,
+                     const std::string& name) {
+    const fs::path copy = workshop / name;
+    fs::copy_file(program, copy);
+    for (const fs::path& path : {workshop.path(), copy}) {
+        fs::permissions(path, fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec |
+                                  fs::perms::others_read | fs::perms::others_exec);
     }
-    Workshop(const Workshop&) = delete;
-    Workshop& operator=(const Workshop&) = delete;
-    ~Workshop() {
-        std::error_code ignored;
-        fs::remove_all(path_, ignored);
-    }
-
-    fs::path copy(const fs::path& program, const std::string& name) const {
-        const fs::path target = path_ / name;
-        fs::copy_file(program, target);
-        fs::permissions(target, fs::perms::owner_all | fs::perms::group_read |
-                                    fs::perms::group_exec | fs::perms::others_read |
-                                    fs::perms::others_exec);
-        return target;
-    }
-
-  private:
-    fs::path path_;
-};
+    return copy;
+}
 
 TEST(LiveProcEndToEndTest, ABusyProgramRanksFirstAndASleepingOneIsNotListed) {
-    const Workshop workshop;
+    const testing::TemporaryDirectory workshop;
     const std::optional<User> user = userOfOurOwn();
-    const fs::path busyProgram = workshop.copy("/bin/bash", "voltaro-busy");
-    const fs::path idleProgram = workshop.copy("/bin/sleep", "voltaro-idle");
+    const fs::path busyProgram = copyProgram(workshop, "/bin/bash", "voltaro-busy");
+    const fs::path idleProgram = copyProgram(workshop, "/bin/sleep", "voltaro-idle");
     // A builtin loop: no system calls, so no wake-ups, only CPU time. Both end on their own.
-    const DetachedProgram busy({busyProgram.string(), "-c", "while (( SECONDS < 60 )); do :; done"},
+    const DetachedProgram busy(busyProgram.string() + " -c 'while (( SECONDS < 60 )); do :; done'",
                                user);
-    const DetachedProgram idle({idleProgram.string(), "60"}, user);
+    const DetachedProgram idle(idleProgram.string() + " 60", user);
     ASSERT_TRUE(settles(busy.pid(), busyProgram, 'R'));
     ASSERT_TRUE(settles(idle.pid(), idleProgram, 'S'));
 
@@ -211,14 +150,10 @@ TEST(LiveProcEndToEndTest, ABusyProgramRanksFirstAndASleepingOneIsNotListed) {
                                    .value_or("process:" + busyProgram.string());
     const std::string idleID = "process:" + idleProgram.string();
 
-    testing::RunningVoltaro::Options options;
-    options.arguments = {"--watch", "--json"};
-    if (user) {
-        options.executable = workshop.copy(VOLTARO_BINARY, "voltaro").string();
-        options.user = user;
-    }
-    testing::RunningVoltaro voltaro(std::move(options));
-    ASSERT_TRUE(voltaro.hasStarted());
+    const fs::path binary =
+        user ? copyProgram(workshop, VOLTARO_BINARY, "voltaro") : VOLTARO_BINARY;
+    testing::ChildProcess voltaro({.arguments = {binary, "--watch", "--json"}, .user = user});
+    ASSERT_TRUE(voltaro.started());
 
     std::vector<nlohmann::json> ranked;
     for (int refresh = 0; refresh < 6 && ranked.size() < 2; ++refresh) {

@@ -48,20 +48,24 @@ class TrayEndToEndTest : public ::testing::Test {
         }
         display_.emplace();
         ASSERT_FALSE(display_->name().empty()) << "Xvfb did not start";
-        bus_.emplace(std::vector<std::string>{"/bin/sh", "-c",
-                                              "exec dbus-daemon --session --nofork "
-                                              "--print-address=3 2>/dev/null"},
-                     std::vector<std::string>{}, 3);
-        ASSERT_TRUE(bus_->readLine(busAddress_, 10000)) << "dbus-daemon did not start";
+        bus_.emplace(ChildProcess::Options{.arguments = {"/bin/sh", "-c",
+                                                         "exec dbus-daemon --session --nofork "
+                                                         "--print-address=3 2>/dev/null"},
+                                           .pipedDescriptor = 3});
+        const std::optional<std::string> address = bus_->readLine(std::chrono::seconds(10));
+        ASSERT_TRUE(address) << "dbus-daemon did not start";
+        busAddress_ = *address;
         home_ = fs::temp_directory_path() / ("voltaro-tray-e2e-" + std::to_string(getpid()));
         fs::create_directories(home_);
-        voltaro_.emplace(
-            std::vector<std::string>{VOLTARO_BINARY, "--sysfs-root", fixture.string(),
-                                     "--trace-refreshes"},
-            std::vector<std::string>{"DISPLAY=" + display_->name(), "QT_QPA_PLATFORM=xcb",
-                                     "DBUS_SESSION_BUS_ADDRESS=" + busAddress_, "LC_ALL=C",
-                                     "LANGUAGE=", "XDG_CONFIG_HOME=" + home_.string()},
-            2);
+        voltaro_.emplace(ChildProcess::Options{
+            .arguments = {VOLTARO_BINARY, "--sysfs-root", fixture.string(), "--trace-refreshes"},
+            .environment = {{"DISPLAY", display_->name()},
+                            {"QT_QPA_PLATFORM", "xcb"},
+                            {"DBUS_SESSION_BUS_ADDRESS", busAddress_},
+                            {"LC_ALL", "C"},
+                            {"LANGUAGE", ""},
+                            {"XDG_CONFIG_HOME", home_.string()}},
+            .pipedDescriptor = 2});
         ASSERT_TRUE(voltaro_->started());
     }
 
@@ -77,13 +81,13 @@ class TrayEndToEndTest : public ::testing::Test {
 
     // Lines from voltaro's stderr up to the first that matches, within a few seconds.
     std::optional<std::string> lineMatching(const std::regex& pattern, std::string* before) {
-        std::string line;
-        while (voltaro_->readLine(line, 5000)) {
-            if (std::regex_search(line, pattern)) {
+        while (const std::optional<std::string> line =
+                   voltaro_->readLine(std::chrono::seconds(5))) {
+            if (std::regex_search(*line, pattern)) {
                 return line;
             }
             if (before != nullptr) {
-                *before += line + "\n";
+                *before += *line + "\n";
             }
         }
         return std::nullopt;
@@ -191,15 +195,13 @@ TEST(TrayWithoutDisplayTest, ShowsTheTerminalDashboardAndSaysWhy) {
         SCOPED_TRACE(c.environment);
         // Plain voltaro redraws until stopped; the first dashboard is enough.
         ChildProcess voltaro(
-            {"/bin/sh", "-c",
-             std::string("exec ") + c.environment + " LC_ALL=C LANGUAGE= '" + VOLTARO_BINARY +
-                 "' --sysfs-root '" + fixture.string() + "' 2>&1"},
-            {}, 1);
+            {.arguments = {"/bin/sh", "-c",
+                           std::string("exec ") + c.environment + " LC_ALL=C LANGUAGE= '" +
+                               VOLTARO_BINARY + "' --sysfs-root '" + fixture.string() + "' 2>&1"}});
         std::vector<std::string> lines;
-        std::string line;
-        while (voltaro.readLine(line, 10000)) {
-            lines.push_back(line);
-            if (line.find("Battery — 57%") != std::string::npos) {
+        while (const std::optional<std::string> line = voltaro.readLine(std::chrono::seconds(10))) {
+            lines.push_back(*line);
+            if (line->find("Battery — 57%") != std::string::npos) {
                 break;
             }
         }

@@ -3,13 +3,14 @@
 namespace voltaro::testing {
 
 VirtualDisplay::VirtualDisplay()
-    : server_({"/bin/sh", "-c",
-               "exec Xvfb -displayfd 3 -nolisten tcp -screen 0 " + std::to_string(width) + "x" +
-                   std::to_string(height) + "x24 2>/dev/null"},
-              {}, 3) {
-    std::string number;
-    if (server_.readLine(number, 20000) && !number.empty()) {
-        name_ = ":" + number;
+    : server_(
+          {.arguments = {"/bin/sh", "-c",
+                         "exec Xvfb -displayfd 3 -nolisten tcp -screen 0 " + std::to_string(width) +
+                             "x" + std::to_string(height) + "x24 2>/dev/null"},
+           .pipedDescriptor = 3}) {
+    const std::optional<std::string> number = server_.readLine(std::chrono::seconds(20));
+    if (number && !number->empty()) {
+        name_ = ":" + *number;
     }
 }
 

@@ -133,16 +133,6 @@ TEST_F(ApplicationIdentityTest, SessionMachineryEndsTheWalk) {
     EXPECT_EQ(monitor.cacheSizes().identityCache, 1u);
 }
 
-TEST_F(ApplicationIdentityTest, ReusedProcessIDIsWalkedAgain) {
-    source.add(700, 1, fooExecutable, "Foo");
-    passAfter(2s);
-    EXPECT_EQ(onlyIdAfterPass({{700, 1}}), "com.example.foo");
-
-    source.add(700, 1, "/usr/bin/vim", std::nullopt, 2);
-    passAfter(2s);
-    EXPECT_EQ(onlyIdAfterPass({{700, 1}}), "process:/usr/bin/vim");
-}
-
 TEST_F(ApplicationIdentityTest, ApplicationWithoutIdentifierMergesByItsKey) {
     catalog.applications["/opt/Tools.app"] = {"", "Tools", std::nullopt};
     add(800, 1, "/opt/Tools.app/bin/a");

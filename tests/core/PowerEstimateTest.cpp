@@ -9,59 +9,38 @@ namespace voltaro {
 namespace {
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr std::nullopt_t none = std::nullopt;
 constexpr std::uint64_t largest = std::numeric_limits<std::uint64_t>::max();
 
-struct EstimateCase {
-    const char* label;
-    ProcessUsage older;  // start time, energy nJ, bytes read, bytes written, wake-ups
-    ProcessUsage newer;
-    double intervalSeconds;
-    std::optional<double> watts;
-};
-
 TEST(PowerEstimateTest, EstimatesPowerFromCounterDifferences) {
-    const EstimateCase cases[] = {
-        {"energy, disk and wake-ups add up",
-         {1, 0, 0, 0, 0},
-         {1, 50'000'000'000, 100'000'000, 50'000'000, 2'000},
-         10,
-         5.13},
-        {"counters need not start at zero",
-         {7, 1'000, 1'000, 1'000, 10},
-         {7, 2'000'001'000, 1'000, 1'000, 10},
-         2,
-         1.0},
-        {"an idle process draws nothing", {1, 5, 5, 5, 5}, {1, 5, 5, 5, 5}, 2, 0.0},
-        {"disk term is capped", {1, 0, 0, 0, 0}, {1, 0, 2'000'000'000, 0, 0}, 1, 2.0},
-        {"wake-up term is capped", {1, 0, 0, 0, 0}, {1, 0, 0, 0, 3'000}, 1, 1.0},
-        {"wake-ups at the counter's limit are capped",
-         {1, 0, 0, 0, 0},
-         {1, 0, 0, 0, largest},
-         1,
-         1.0},
-        {"just under the plausibility bound",
-         {1, 0, 0, 0, 0},
-         {1, 249'000'000'000, 0, 0, 0},
-         1,
-         249.0},
-        {"exactly 250 W is discarded", {1, 0, 0, 0, 0}, {1, 250'000'000'000, 0, 0, 0}, 1, {}},
-        {"capped terms can push past the bound",
-         {1, 0, 0, 0, 0},
-         {1, 248'000'000'000, 4'000'000'000, 0, 0},
-         1,
-         {}},
-        {"interval of exactly 0.2 s", {1, 0, 0, 0, 0}, {1, 1'000'000'000, 0, 0, 0}, 0.2, {}},
-        {"interval just over 0.2 s", {1, 0, 0, 0, 0}, {1, 1'000'000'000, 0, 0, 0}, 0.25, 4.0},
-        {"equal dates", {1, 0, 0, 0, 0}, {1, 1, 0, 0, 0}, 0, {}},
-        {"clock went back", {1, 0, 0, 0, 0}, {1, 1, 0, 0, 0}, -2, {}},
-        {"interval not a number", {1, 0, 0, 0, 0}, {1, 1, 0, 0, 0}, nan, {}},
-        {"another incarnation", {1, 0, 0, 0, 0}, {2, 1'000'000'000, 0, 0, 0}, 2, {}},
-        {"energy went down", {1, 9, 0, 0, 0}, {1, 8, 0, 0, 0}, 2, {}},
-        {"bytes read went down", {1, 0, 9, 0, 0}, {1, 0, 8, 0, 0}, 2, {}},
-        {"bytes written went down", {1, 0, 0, 9, 0}, {1, 0, 0, 8, 0}, 2, {}},
-        {"wake-ups went down", {1, 0, 0, 0, 9}, {1, 0, 0, 0, 8}, 2, {}},
+    const ProcessUsage zero{1, 0, 0, 0, 0};  // start time, energy nJ, bytes read, written, wake-ups
+    const struct {
+        const char* label;
+        double intervalSeconds;
+        std::optional<double> watts;
+        ProcessUsage older, newer;
+    } cases[] = {
+        {"all terms add up", 10, 5.13, zero, {1, 50'000'000'000, 100'000'000, 50'000'000, 2'000}},
+        {"non-zero start", 2, 1.0, {7, 1000, 1000, 1000, 10}, {7, 2'000'001'000, 1000, 1000, 10}},
+        {"an idle process draws nothing", 2, 0.0, {1, 5, 5, 5, 5}, {1, 5, 5, 5, 5}},
+        {"disk term is capped", 1, 2.0, zero, {1, 0, 2'000'000'000, 0, 0}},
+        {"wake-up term is capped", 1, 1.0, zero, {1, 0, 0, 0, 3'000}},
+        {"wake-ups at the counter's limit are capped", 1, 1.0, zero, {1, 0, 0, 0, largest}},
+        {"just under the plausibility bound", 1, 249.0, zero, {1, 249'000'000'000, 0, 0, 0}},
+        {"exactly 250 W is discarded", 1, none, zero, {1, 250'000'000'000, 0, 0, 0}},
+        {"capped terms push past it", 1, none, zero, {1, 248'000'000'000, 4'000'000'000, 0, 0}},
+        {"interval of exactly 0.2 s", 0.2, none, zero, {1, 1'000'000'000, 0, 0, 0}},
+        {"interval just over 0.2 s", 0.25, 4.0, zero, {1, 1'000'000'000, 0, 0, 0}},
+        {"equal dates", 0, none, zero, {1, 1, 0, 0, 0}},
+        {"clock went back", -2, none, zero, {1, 1, 0, 0, 0}},
+        {"interval not a number", nan, none, zero, {1, 1, 0, 0, 0}},
+        {"another incarnation", 2, none, zero, {2, 1'000'000'000, 0, 0, 0}},
+        {"energy went down", 2, none, {1, 9, 0, 0, 0}, {1, 8, 0, 0, 0}},
+        {"bytes read went down", 2, none, {1, 0, 9, 0, 0}, {1, 0, 8, 0, 0}},
+        {"bytes written went down", 2, none, {1, 0, 0, 9, 0}, {1, 0, 0, 8, 0}},
+        {"wake-ups went down", 2, none, {1, 0, 0, 0, 9}, {1, 0, 0, 0, 8}},
     };
-    for (const EstimateCase& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.label);
         const std::optional<double> watts = estimatedPower(c.older, c.newer, c.intervalSeconds);
         ASSERT_EQ(watts.has_value(), c.watts.has_value());
@@ -101,13 +80,12 @@ TEST(PowerEstimateTest, CalibratesTowardsMeasuredSystemPower) {
 }
 
 TEST(PowerEstimateTest, RecordsOnlyPlausibleSystemPower) {
-    EXPECT_TRUE(isRecordableSystemPower(0.0));
-    EXPECT_TRUE(isRecordableSystemPower(12.5));
-    EXPECT_TRUE(isRecordableSystemPower(250.0));
-    EXPECT_FALSE(isRecordableSystemPower(250.001));
-    EXPECT_FALSE(isRecordableSystemPower(-1.0));
-    EXPECT_FALSE(isRecordableSystemPower(nan));
-    EXPECT_FALSE(isRecordableSystemPower(std::numeric_limits<double>::infinity()));
+    for (const double watts : {0.0, 12.5, 250.0}) {
+        EXPECT_TRUE(isRecordableSystemPower(watts)) << watts;
+    }
+    for (const double watts : {250.001, -1.0, nan, std::numeric_limits<double>::infinity()}) {
+        EXPECT_FALSE(isRecordableSystemPower(watts)) << watts;
+    }
     EXPECT_FALSE(isRecordableSystemPower(std::nullopt));
 }
 

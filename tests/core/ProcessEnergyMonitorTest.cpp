@@ -72,23 +72,15 @@ TEST_F(ProcessEnergyMonitorTest, EstimatesFromTheNewestSampleBeforeTheWindow) {
 }
 
 TEST_F(ProcessEnergyMonitorTest, CalibratesAgainstTheAverageOfPlausibleSystemPower) {
-    struct Case {
-        double systemWatts;
-        double shownWatts;  // of each of two 200 W processes
-    };
-    const Case cases[] = {{250, 125},  // 250 W is still a plausible system power: scale 250 / 400
-                          {250.5, 200},
-                          {-1, 200},
-                          {std::numeric_limits<double>::quiet_NaN(), 200}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.systemWatts);
+    // Two processes of 200 W each: 250 W is still a plausible system power, 250.5 W is not.
+    for (const auto& [systemWatts, shownWatts] : {std::pair{250.0, 125.0}, {250.5, 200.0}}) {
         testing::EnergyMonitorHarness pass;
         pass.source.add(100, 1, "/usr/bin/render", "render");
         pass.source.add(101, 1, "/usr/bin/encode", "encode");
-        pass.monitor.sample(c.systemWatts);
-        const Report report = pass.passAfter(2s, {{100, 200}, {101, 200}}, c.systemWatts);
+        pass.monitor.sample(systemWatts);
+        const Report report = pass.passAfter(2s, {{100, 200}, {101, 200}}, systemWatts);
         ASSERT_EQ(report.applications.size(), 2u);
-        EXPECT_NEAR(report.applications[0].watts, c.shownWatts, 1e-9);
+        EXPECT_NEAR(report.applications[0].watts, shownWatts, 1e-9) << systemWatts;
     }
 }
 
@@ -169,8 +161,8 @@ TEST_F(ProcessEnergyMonitorTest, ReadsMetadataOncePerIncarnation) {
     source.extraListedIDs = {0, -7, 100};
 
     monitor.sample(std::nullopt);
-    passAfter(2s);
-    passAfter(2s);
+    passAfter(2s, {{100, 1.0}});  // ranked, so that its identity is cached
+    passAfter(2s, {{100, 1.0}});
     EXPECT_EQ(source.usageCalls(100), 3);
     EXPECT_EQ(source.metadataCalls(100), 1);
     EXPECT_EQ(source.metadataCalls(101), 0);  // its usage could not be read

@@ -22,18 +22,12 @@ TEST(TextFromCBufferTest, StopsAtZeroAndReplacesIllFormedUtf8) {
         {"empty buffer", ""s, ""},
         {"well-formed multi-byte kept", "caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x94\x8B"s,
          "caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x94\x8B"},
-        {"0xFF",
-         "a\xFF"s
-         "b"s,
-         "a" + r + "b"},
+        {"0xFF", "a\377b"s, "a" + r + "b"},  // octal, so that the escape ends before the b
         {"stray continuation byte", "\x80"s, r},
         {"overlong two-byte slash", "\xC0\xAF"s, r + r},
         {"overlong three-byte", "\xE0\x80\xAF"s, r + r + r},
         {"truncated at the end", "ok\xE2\x82"s, "ok" + r},
-        {"truncated before ASCII",
-         "\xE2\x82"s
-         "A"s,
-         r + "A"},
+        {"truncated before ASCII", "\342\202A"s, r + "A"},
         {"truncated before zero", "\xF0\x9F\x94\0\xFF"s, r},
         {"surrogate", "\xED\xA0\x80"s, r + r + r},
         {"beyond U+10FFFF", "\xF4\x90\x80\x80"s, r + r + r + r},

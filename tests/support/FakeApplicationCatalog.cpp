@@ -5,11 +5,8 @@
 namespace voltaro::testing {
 
 std::optional<std::string> FakeApplicationCatalog::containingApplication(
-    ProcessID pid, const std::optional<std::string>& executablePath) {
+    ProcessID, const std::optional<std::string>& executablePath) {
     ++containingApplicationCalls;
-    if (const auto placed = applicationOfProcess.find(pid); placed != applicationOfProcess.end()) {
-        return placed->second;
-    }
     return executablePath ? outermostApplicationPath(*executablePath) : std::nullopt;
 }
 
@@ -31,7 +28,6 @@ std::optional<ApplicationIcon> FakeApplicationCatalog::runningApplicationIcon(Pr
 
 bool FakeApplicationCatalog::endsParentWalk(ProcessID pid, const std::optional<std::string>&,
                                             const std::string&) {
-    ++endsParentWalkCalls;
     return sessionMachinery.contains(pid);
 }
 

@@ -9,18 +9,16 @@
 
 namespace voltaro::testing {
 
-// Applications as bundles on disk: a process belongs to the outermost .app around its executable,
-// unless the test places it in an application directly. Counts the calls.
+// Applications as bundles on disk: a process belongs to the outermost .app around its executable.
+// Counts the calls.
 class FakeApplicationCatalog final : public ApplicationCatalog {
   public:
     // Descriptions by key; any other key is described as a bundle that cannot be opened.
     std::map<std::string, ApplicationInfo> applications;
-    std::map<ProcessID, std::string> applicationOfProcess;
     std::map<ProcessID, ApplicationIcon> runningIcons;
     std::set<ProcessID> sessionMachinery;
 
     int containingApplicationCalls = 0;
-    int endsParentWalkCalls = 0;
     std::map<std::string, int> describeCalls;
 
     std::optional<std::string> containingApplication(

@@ -18,7 +18,6 @@ std::optional<SMCConnection> FakeSMCController::open(std::string_view serviceCla
     if (refused_.contains(std::string(serviceClass))) {
         return std::nullopt;
     }
-    openedServices_.emplace_back(serviceClass);
     const SMCConnection connection = nextConnection_++;
     open_.insert(connection);
     opened_.push_back(connection);

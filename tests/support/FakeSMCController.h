@@ -29,8 +29,8 @@ class FakeSMCController final : public SMCController {
 
         std::string type;  // packed as a four-character code
         std::vector<std::uint8_t> bytes;
-        std::optional<std::uint32_t>
-            typeCode;  // replaces the packed type, for codes no text packs to
+        // Replaces the packed type, for codes no text packs to.
+        std::optional<std::uint32_t> typeCode;
         std::optional<std::uint32_t> dataSize;  // replaces bytes.size() in the first reply
         std::uint8_t firstResult = 0;
         std::uint8_t secondResult = 0;
@@ -58,8 +58,6 @@ class FakeSMCController final : public SMCController {
     void allowToOpen(const std::string& serviceClass) { refused_.erase(serviceClass); }
 
     const std::vector<std::string>& openAttempts() const { return openAttempts_; }
-    // The service class each successful open went to, in order.
-    const std::vector<std::string>& openedServices() const { return openedServices_; }
     const std::vector<SMCConnection>& openedConnections() const { return opened_; }
     const std::vector<SMCConnection>& closedConnections() const { return closed_; }
     const std::vector<Request>& requests() const { return requests_; }
@@ -75,7 +73,6 @@ class FakeSMCController final : public SMCController {
     std::set<SMCConnection> open_;
     SMCConnection nextConnection_ = 0x1203;
     std::vector<std::string> openAttempts_;
-    std::vector<std::string> openedServices_;
     std::vector<SMCConnection> opened_;
     std::vector<SMCConnection> closed_;
     std::vector<Request> requests_;

@@ -24,30 +24,20 @@ struct Fixture {
     std::optional<LaunchAtLoginController> controller;
 };
 
-struct StatusCase {
-    LoginItemStatus status;
-    bool isEnabled;
-    bool requiresApproval;
-};
-void PrintTo(const StatusCase& c, std::ostream* out) {
-    *out << static_cast<int>(c.status);
+TEST(LaunchAtLoginControllerTest, ANewControllerShowsTheServicesStatus) {
+    const std::tuple<LoginItemStatus, bool, bool> cases[] = {
+        {LoginItemStatus::notRegistered, false, false},
+        {LoginItemStatus::enabled, true, false},
+        {LoginItemStatus::requiresApproval, true, true},
+        {LoginItemStatus::notFound, false, false},
+    };
+    for (const auto& [status, isEnabled, requiresApproval] : cases) {
+        Fixture fixture(status);
+        EXPECT_EQ(fixture.controller->isEnabled().get(), isEnabled) << static_cast<int>(status);
+        EXPECT_EQ(fixture.controller->requiresApproval().get(), requiresApproval);
+        EXPECT_TRUE(fixture.service->calls.empty());
+    }
 }
-
-class LaunchAtLoginStatusTest : public ::testing::TestWithParam<StatusCase> {};
-
-TEST_P(LaunchAtLoginStatusTest, ANewControllerShowsTheServicesStatus) {
-    Fixture fixture(GetParam().status);
-    EXPECT_EQ(fixture.controller->isEnabled().get(), GetParam().isEnabled);
-    EXPECT_EQ(fixture.controller->requiresApproval().get(), GetParam().requiresApproval);
-    EXPECT_TRUE(fixture.service->calls.empty());
-}
-
-INSTANTIATE_TEST_SUITE_P(Statuses, LaunchAtLoginStatusTest,
-                         ::testing::Values(StatusCase{LoginItemStatus::notRegistered, false, false},
-                                           StatusCase{LoginItemStatus::enabled, true, false},
-                                           StatusCase{LoginItemStatus::requiresApproval, true,
-                                                      true},
-                                           StatusCase{LoginItemStatus::notFound, false, false}));
 
 TEST(LaunchAtLoginControllerTest, AFailedChangeLeavesTheErrorAndTheStatusReportedAfterIt) {
     Fixture fixture;

@@ -68,46 +68,30 @@ class LowPowerModeControllerTest : public ::testing::Test {
     LowPowerModeController controller_{backend_};
 };
 
-TEST_F(LowPowerModeControllerTest, RunsTheChangeOffTheMainThreadAndHandsTheOutcomeBack) {
-    shared_->outcomes = {LowPowerModeError::failed("pmset: no such setting")};
-    std::vector<std::optional<LowPowerModeError>> received;
-    std::thread::id receivedOn;
-
-    controller_.setEnabled(true, executor_, [&](std::optional<LowPowerModeError> outcome) {
-        received.push_back(std::move(outcome));
-        receivedOn = std::this_thread::get_id();
-    });
-    waitForRequests(1);
-    EXPECT_NE(shared_->threads[0], std::this_thread::get_id());
-    open(1);
-    executor_.waitForPosts(1);
-    EXPECT_TRUE(received.empty()) << "the outcome waits for the main thread";
-
-    executor_.runPosted();
-    ASSERT_EQ(received.size(), 1u);
-    EXPECT_EQ(received[0], LowPowerModeError::failed("pmset: no such setting"));
-    EXPECT_EQ(receivedOn, std::this_thread::get_id());
-    EXPECT_EQ(shared_->requests, std::vector<bool>{true});
-}
-
-TEST_F(LowPowerModeControllerTest, RunsChangesOneAtATimeInTheOrderAsked) {
-    shared_->outcomes = {std::nullopt, LowPowerModeError::cancelled()};
-    std::vector<std::optional<LowPowerModeError>> received;
+TEST_F(LowPowerModeControllerTest, RunsChangesOffTheMainThreadOneAtATimeAndHandsOutcomesBack) {
+    using Outcomes = std::vector<std::optional<LowPowerModeError>>;
+    shared_->outcomes = {LowPowerModeError::failed("pmset: no such setting"),
+                         LowPowerModeError::cancelled()};
+    Outcomes received;
+    std::vector<std::thread::id> receivedOn;
     const auto collect = [&](std::optional<LowPowerModeError> outcome) {
         received.push_back(std::move(outcome));
+        receivedOn.push_back(std::this_thread::get_id());
     };
 
     controller_.setEnabled(true, executor_, collect);
     controller_.setEnabled(false, executor_, collect);
     waitForRequests(1);
+    EXPECT_NE(shared_->threads[0], std::this_thread::get_id());
     open(2);
     executor_.waitForPosts(2);
-    executor_.runPosted();
+    EXPECT_TRUE(received.empty()) << "the outcomes wait for the main thread";
 
+    executor_.runPosted();
     EXPECT_EQ(shared_->requests, (std::vector<bool>{true, false}));
     EXPECT_EQ(shared_->mostRunning, 1);
-    EXPECT_EQ(received, (std::vector<std::optional<LowPowerModeError>>{
-                            std::nullopt, LowPowerModeError::cancelled()}));
+    EXPECT_EQ(received, shared_->outcomes);
+    EXPECT_EQ(receivedOn, std::vector<std::thread::id>(2, std::this_thread::get_id()));
 }
 
 }  // namespace

@@ -15,23 +15,11 @@ constexpr int popupHeight = 550;
 
 // A 1920 × 1080 screen at the origin with a 32-pixel panel on one edge.
 ScreenGeometry screenWithPanel(PanelEdge edge, int x = 0) {
-    const ScreenRect bounds{x, 0, 1920, 1080};
-    ScreenRect available = bounds;
-    switch (edge) {
-        case PanelEdge::top:
-            available = {x, 32, 1920, 1048};
-            break;
-        case PanelEdge::bottom:
-            available = {x, 0, 1920, 1048};
-            break;
-        case PanelEdge::left:
-            available = {x + 32, 0, 1888, 1080};
-            break;
-        case PanelEdge::right:
-            available = {x, 0, 1888, 1080};
-            break;
-    }
-    return {bounds, available};
+    const bool upright = edge == PanelEdge::left || edge == PanelEdge::right;
+    const ScreenRect available{x + (edge == PanelEdge::left ? 32 : 0),
+                               edge == PanelEdge::top ? 32 : 0, upright ? 1888 : 1920,
+                               upright ? 1080 : 1048};
+    return {{x, 0, 1920, 1080}, available};
 }
 
 TEST(PopupPlacementTest, OpensAwayFromThePanelCentredOnTheItem) {

@@ -2,10 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <thread>
-#include <vector>
-
 #include "core/common/Localization.h"
 
 namespace voltaro {
@@ -33,44 +29,6 @@ TEST(BatterySnapshotTest, StateLabelGoesThroughTheInstalledTranslator) {
     EXPECT_EQ(BatterySnapshot{}.stateLabel(), "Akkubetrieb");
     installTranslator(nullptr);
     EXPECT_EQ(BatterySnapshot{}.stateLabel(), "On battery");
-}
-
-TEST(BatterySnapshotTest, EmptyIsCreatedOnceEvenUnderConcurrentFirstUse) {
-    std::vector<const BatterySnapshot*> seen(8);
-    std::vector<std::thread> threads;
-    for (auto& slot : seen) {
-        threads.emplace_back([&slot] { slot = &BatterySnapshot::empty(); });
-    }
-    for (auto& thread : threads) {
-        thread.join();
-    }
-    for (const auto* snapshot : seen) {
-        EXPECT_EQ(snapshot, seen.front());
-    }
-    EXPECT_EQ(BatterySnapshot::empty().level, 0);
-    EXPECT_FALSE(BatterySnapshot::empty().systemWatts);
-}
-
-TEST(BatterySnapshotTest, EqualityIsFieldWiseWithFloatingPointRules) {
-    const BatterySnapshot base = BatterySnapshot::empty();
-
-    BatterySnapshot later = base;
-    later.updatedAt += std::chrono::seconds(1);
-    EXPECT_NE(base, later);
-
-    BatterySnapshot withTemperature = base;
-    withTemperature.temperatureCelsius = 30.0;
-    EXPECT_NE(base, withTemperature);
-
-    BatterySnapshot notANumber = base;
-    notANumber.temperatureCelsius = std::nan("");
-    EXPECT_NE(notANumber, notANumber);
-
-    BatterySnapshot negativeZero = base;
-    negativeZero.batteryPowerWatts = -0.0;
-    BatterySnapshot positiveZero = base;
-    positiveZero.batteryPowerWatts = 0.0;
-    EXPECT_EQ(negativeZero, positiveZero);
 }
 
 }  // namespace

@@ -34,59 +34,63 @@ TEST(CgroupScopeTest, FindsSystemdsPathInTheCgroupFile) {
     EXPECT_EQ(unescapeUnitName("a\\x2Fb\\xzz"), "a/b\\xzz");
 }
 
+// Candidate IDs most likely first, and the one taken without a desktop entry; no candidates: not
+// an application's unit.
 TEST(CgroupScopeTest, ReadsDesktopFileIDsFromUnitNames) {
-    using Candidates = std::vector<std::string>;
-    struct Case {
+    const struct {
         const char* unit;
-        std::optional<ApplicationUnit> expected;
+        std::vector<std::string> candidates;
+        std::optional<std::string> fallback;
     } cases[] = {
         {"app-gnome-firefox\\x2desr-2810.scope",
-         ApplicationUnit{Candidates{"firefox-esr", "gnome-firefox-esr"}, "firefox-esr"}},
-        {"app-org.gnome.Evince-12345.scope",
-         ApplicationUnit{Candidates{"org.gnome.Evince"}, "org.gnome.Evince"}},
+         {"firefox-esr", "gnome-firefox-esr"},
+         "firefox-esr"},
+        {"app-org.gnome.Evince-12345.scope", {"org.gnome.Evince"}, "org.gnome.Evince"},
         {"app-flatpak-org.gnome.Weather-3598.scope",
-         ApplicationUnit{Candidates{"org.gnome.Weather", "flatpak-org.gnome.Weather"},
-                         "org.gnome.Weather"}},
+         {"org.gnome.Weather", "flatpak-org.gnome.Weather"},
+         "org.gnome.Weather"},
         {"app-org.kde.konsole@0b9a7c1ef6d54d0d9e3c1f6b9a0f2e11.service",
-         ApplicationUnit{Candidates{"org.kde.konsole"}, "org.kde.konsole"}},
+         {"org.kde.konsole"},
+         "org.kde.konsole"},
         {"app-gnome-org.gnome.Evince-12345.service",
-         ApplicationUnit{Candidates{"org.gnome.Evince", "gnome-org.gnome.Evince"},
-                         "org.gnome.Evince"}},
-        {"app-org.kde.amarok.service",
-         ApplicationUnit{Candidates{"org.kde.amarok"}, "org.kde.amarok"}},
+         {"org.gnome.Evince", "gnome-org.gnome.Evince"},
+         "org.gnome.Evince"},
+        {"app-org.kde.amarok.service", {"org.kde.amarok"}, "org.kde.amarok"},
         {"app-org.kde.kdeconnect.daemon@autostart.service",
-         ApplicationUnit{Candidates{"org.kde.kdeconnect.daemon"}, "org.kde.kdeconnect.daemon"}},
+         {"org.kde.kdeconnect.daemon"},
+         "org.kde.kdeconnect.daemon"},
         // An unescaped ID: every reading, the launcher's first.
-        {"app-firefox-esr@5c2e.service", ApplicationUnit{Candidates{"esr", "firefox-esr"}, "esr"}},
-        {"app-gnome-foo-bar-9.scope",
-         ApplicationUnit{Candidates{"foo-bar", "bar", "gnome-foo-bar"}, "foo-bar"}},
+        {"app-firefox-esr@5c2e.service", {"esr", "firefox-esr"}, "esr"},
+        {"app-gnome-foo-bar-9.scope", {"foo-bar", "bar", "gnome-foo-bar"}, "foo-bar"},
         // Slices and D-Bus activated services count only with a desktop entry.
-        {"app-org.gnome.Terminal.slice",
-         ApplicationUnit{Candidates{"org.gnome.Terminal"}, std::nullopt}},
-        {"app-dbus\\x2d:1.2\\x2dorg.gnome.Nautilus.slice",
-         ApplicationUnit{Candidates{"org.gnome.Nautilus"}, std::nullopt}},
-        {"dbus-:1.2-org.gnome.Nautilus@0.service",
-         ApplicationUnit{Candidates{"org.gnome.Nautilus"}, std::nullopt}},
-        {"app-graphical.slice", ApplicationUnit{Candidates{"graphical"}, std::nullopt}},
+        {"app-org.gnome.Terminal.slice", {"org.gnome.Terminal"}, std::nullopt},
+        {"app-dbus\\x2d:1.2\\x2dorg.gnome.Nautilus.slice", {"org.gnome.Nautilus"}, std::nullopt},
+        {"dbus-:1.2-org.gnome.Nautilus@0.service", {"org.gnome.Nautilus"}, std::nullopt},
+        {"app-graphical.slice", {"graphical"}, std::nullopt},
         {"gnome-launched-org.gnome.Maps.desktop-4711.scope",
-         ApplicationUnit{Candidates{"org.gnome.Maps", "gnome-org.gnome.Maps"}, "org.gnome.Maps"}},
+         {"org.gnome.Maps", "gnome-org.gnome.Maps"},
+         "org.gnome.Maps"},
         {"snap.firefox.firefox-3c1a9e9b-4f5e-4a7a-9f7b-1234567890ab.scope",
-         ApplicationUnit{Candidates{"firefox_firefox"}, std::nullopt}},
+         {"firefox_firefox"},
+         std::nullopt},
         // Not an application's.
-        {"app.slice", std::nullopt},
-        {"session-2.scope", std::nullopt},
-        {"org.gnome.Shell@wayland.service", std::nullopt},
-        {"dbus.service", std::nullopt},
-        {"vte-spawn-5a0f3a2e-8c1d-4f6b-9e27-3d41c6b8a0f9.scope", std::nullopt},
-        {"app-gnome-firefox-2810", std::nullopt},
-        {"app-.scope", std::nullopt},
-        {"app--x-1.scope", std::nullopt},
-        {"app-gnome-\\x2e\\x2e\\x2fetc-1.scope", std::nullopt},
-        {"app-a\\x2fb-1.scope", std::nullopt},
-        {"", std::nullopt},
+        {"app.slice", {}, std::nullopt},
+        {"session-2.scope", {}, std::nullopt},
+        {"org.gnome.Shell@wayland.service", {}, std::nullopt},
+        {"dbus.service", {}, std::nullopt},
+        {"vte-spawn-5a0f3a2e-8c1d-4f6b-9e27-3d41c6b8a0f9.scope", {}, std::nullopt},
+        {"app-gnome-firefox-2810", {}, std::nullopt},
+        {"app-.scope", {}, std::nullopt},
+        {"app--x-1.scope", {}, std::nullopt},
+        {"app-gnome-\\x2e\\x2e\\x2fetc-1.scope", {}, std::nullopt},
+        {"app-a\\x2fb-1.scope", {}, std::nullopt},
+        {"", {}, std::nullopt},
     };
-    for (const Case& c : cases) {
-        EXPECT_EQ(parseApplicationUnit(c.unit), c.expected) << c.unit;
+    for (const auto& c : cases) {
+        const auto expected = c.candidates.empty()
+                                  ? std::nullopt
+                                  : std::optional(ApplicationUnit{c.candidates, c.fallback});
+        EXPECT_EQ(parseApplicationUnit(c.unit), expected) << c.unit;
     }
 }
 

@@ -1,19 +1,16 @@
 #include "platform/linux/SysfsBatteryRegistry.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
-#include <fstream>
 #include <iomanip>
 #include <map>
 #include <sstream>
-#include <stdexcept>
 #include <variant>
 
-#include "platform/Platform.h"
 #include "platform/linux/SmartBatteryProperties.h"
 #include "platform/linux/SysfsAttributes.h"
+#include "support/TemporaryDirectory.h"
 
 namespace voltaro::platform {
 namespace {
@@ -46,111 +43,7 @@ std::string describe(const PropertyValue& value) {
     return out.str();
 }
 
-struct Machine {
-    std::string name;
-    std::optional<PropertyDictionary> properties;
-    std::optional<std::string> powerSource;
-};
-
-void PrintTo(const Machine& machine, std::ostream* out) {
-    *out << machine.name;
-}
-
-class SysfsFixtureTest : public ::testing::TestWithParam<Machine> {};
-
-TEST_P(SysfsFixtureTest, BuildsTheSmartBatteryEntry) {
-    const Machine& machine = GetParam();
-    SysfsBatteryRegistry registry(fs::path(VOLTARO_TEST_DATA) / "sysfs" / machine.name);
-    EXPECT_EQ(registry.providingPowerSourceType(), machine.powerSource);
-    const std::optional<PropertyDictionary> properties = registry.properties();
-    ASSERT_EQ(properties.has_value(), machine.properties.has_value());
-    if (properties) {
-        EXPECT_EQ(describe(*properties), describe(*machine.properties));
-    }
-}
-
 using D = PropertyDictionary;
-INSTANTIATE_TEST_SUITE_P(
-    Laptops, SysfsFixtureTest,
-    ::testing::Values(Machine{"thinkpad-t14-discharging",
-                              D{{"CurrentCapacity", 70},
-                                {"IsCharging", false},
-                                {"ExternalConnected", false},
-                                {"Voltage", 11780.0},
-                                {"PowerTelemetryData", D{{"BatteryPower", -8342}}}},
-                              "Battery Power"},
-                      Machine{"asus-zenbook-14-charging",
-                              D{{"CurrentCapacity", 57},
-                                {"IsCharging", true},
-                                {"ExternalConnected", true},
-                                {"Voltage", 12350.0},
-                                {"InstantAmperage", 1700},
-                                {"InstantTimeToFull", 64}},  // 1806 mAh to go at 1.7 A
-                              "AC Power"},
-                      Machine{"dell-xps-13-full-on-ac",
-                              D{{"CurrentCapacity", 100},
-                                {"IsCharging", false},
-                                {"ExternalConnected", true},
-                                {"Voltage", 17180.0},
-                                {"PowerTelemetryData", D{{"BatteryPower", 0}}},
-                                {"AdapterDetails", D{{"Watts", 45.0}}}},
-                              "AC Power"},
-                      Machine{"thinkpad-x1-carbon-not-charging",
-                              D{{"CurrentCapacity", 80},
-                                {"IsCharging", false},
-                                {"ExternalConnected", true},
-                                {"Voltage", 16630.0},
-                                {"PowerTelemetryData", D{{"BatteryPower", 0}}},
-                                {"AdapterDetails", D{{"Watts", 65.0}}}},
-                              "AC Power"},
-                      // 53.57 of 88.01 Wh; 21.45 W over BAT0's 12.204 V; 34.44 Wh to go at 21.45 W.
-                      Machine{"thinkpad-t480-two-batteries-charging",
-                              D{{"CurrentCapacity", 61},
-                                {"IsCharging", true},
-                                {"ExternalConnected", true},
-                                {"Voltage", 12204.0},
-                                {"InstantAmperage", 1758},
-                                {"InstantTimeToFull", 96},
-                                {"PowerTelemetryData", D{{"BatteryPower", 21450}}}},
-                              "AC Power"},
-                      Machine{"framework-13-usb-pd-charging",
-                              D{{"CurrentCapacity", 43},
-                                {"IsCharging", true},
-                                {"ExternalConnected", true},
-                                {"Voltage", 16587.0},
-                                {"InstantAmperage", 2734},
-                                {"InstantTimeToFull", 43},
-                                {"AdapterDetails", D{{"Watts", 65.0}}}},
-                              "AC Power"},
-                      Machine{"ideapad-5-with-bluetooth-mouse",
-                              D{{"CurrentCapacity", 50},
-                                {"IsCharging", false},
-                                {"ExternalConnected", false},
-                                {"Voltage", 15410.0},
-                                {"InstantAmperage", -612}},
-                              "Battery Power"},
-                      Machine{"desktop-no-power-supplies", std::nullopt, std::nullopt},
-                      Machine{"chromebook-plus-sbs-charging",
-                              D{{"CurrentCapacity", 68},
-                                {"IsCharging", true},
-                                {"ExternalConnected", true},
-                                {"Voltage", 8312.0},
-                                {"InstantAmperage", 1834},
-                                {"Temperature", 3043.5},
-                                {"AvgTimeToFull", 47}},
-                              "AC Power"},
-                      // Capacity from energy, power kept, every garbled value left out.
-                      Machine{"garbled-firmware",
-                              D{{"CurrentCapacity", 62},
-                                {"IsCharging", false},
-                                {"ExternalConnected", false},
-                                {"PowerTelemetryData", D{{"BatteryPower", -12000}}}},
-                              "Battery Power"}),
-    [](const auto& info) {
-        std::string name = info.param.name;
-        std::erase(name, '-');
-        return name;
-    });
 
 TEST(SysfsAttributesTest, ParsesOnlyWholeIntegers) {
     const std::vector<std::pair<std::string, std::optional<std::int64_t>>> cases = {
@@ -171,54 +64,42 @@ TEST(SysfsAttributesTest, ParsesOnlyWholeIntegers) {
     }
 }
 
-class TemporaryTree {
-  public:
-    TemporaryTree() {
-        std::string pattern = (fs::temp_directory_path() / "voltaro-sysfs-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr) {
-            throw std::runtime_error("no temporary directory");
-        }
-        root_ = pattern;
+// Writes one power supply's attributes into a temporary sysfs tree.
+fs::path writeSupply(const testing::TemporaryDirectory& sysfs, const std::string& name,
+                     const std::map<std::string, std::string>& attributes) {
+    const fs::path supply = fs::path("class/power_supply") / name;
+    for (const auto& [attribute, value] : attributes) {
+        sysfs.write(supply / attribute, value + "\n");
     }
-    ~TemporaryTree() { fs::remove_all(root_); }
-    const fs::path& root() const { return root_; }
-    fs::path supply(const std::string& name) const { return root_ / "class/power_supply" / name; }
-    void write(const std::string& name, const std::map<std::string, std::string>& attributes) {
-        fs::create_directories(supply(name));
-        for (const auto& [attribute, value] : attributes) {
-            std::ofstream(supply(name) / attribute) << value << '\n';
-        }
-    }
-
-  private:
-    fs::path root_;
-};
+    return sysfs / supply;
+}
 
 TEST(SysfsAttributesTest, ReadsTrimmedTextAndRejectsWhatIsNoAttribute) {
-    TemporaryTree tree;
-    tree.write("BAT0", {{"status", "Not charging  "}});
-    fs::create_directories(tree.supply("BAT0") / "capacity");
-    std::ofstream(tree.supply("BAT0") / "model_name") << std::string(5000, 'x');
-
-    EXPECT_EQ(readTextAttribute(tree.supply("BAT0") / "status"), "Not charging");
-    EXPECT_EQ(readTextAttribute(tree.supply("BAT0") / "capacity"), std::nullopt);
-    EXPECT_EQ(readTextAttribute(tree.supply("BAT0") / "model_name"), std::nullopt);
-    EXPECT_EQ(readTextAttribute(tree.supply("BAT0") / "missing"), std::nullopt);
+    testing::TemporaryDirectory directory;
+    directory.write("status", "Not charging  \n");
+    directory.write("model_name", std::string(5000, 'x'));
+    fs::create_directory(directory / "capacity");
+    EXPECT_EQ(readTextAttribute(directory / "status"), "Not charging");
+    for (const char* file : {"capacity", "model_name", "missing"}) {
+        EXPECT_EQ(readTextAttribute(directory / file), std::nullopt) << file;
+    }
 }
 
 TEST(SysfsBatteryRegistryTest, ReadsAfreshAndSurvivesEntriesVanishing) {
-    TemporaryTree tree;
-    tree.write("AC", {{"type", "Mains"}, {"online", "0"}});
-    tree.write("BAT0", {{"type", "Battery"},
-                        {"status", "Discharging"},
-                        {"energy_now", "30000000"},
-                        {"energy_full", "40000000"},
-                        {"voltage_now", "12000000"},
-                        {"power_now", "6000000"}});
-    tree.write("BAT1", {{"type", "Battery"}, {"present", "0"}});  // empty bay
+    testing::TemporaryDirectory sysfs;
+    writeSupply(sysfs, "AC", {{"type", "Mains"}, {"online", "0"}});
+    const fs::path battery = writeSupply(sysfs, "BAT0",
+                                         {{"type", "Battery"},
+                                          {"status", "Discharging"},
+                                          {"energy_now", "30000000"},
+                                          {"energy_full", "40000000"},
+                                          {"voltage_now", "12000000"},
+                                          {"power_now", "6000000"}});
+    writeSupply(sysfs, "BAT1", {{"type", "Battery"}, {"present", "0"}});  // empty bay
     // A class link whose device went away between listing and reading.
-    fs::create_directory_symlink("../../devices/platform/gone/BAT2", tree.supply("BAT2"));
-    SysfsBatteryRegistry registry(tree.root());
+    fs::create_directory_symlink("../../devices/platform/gone/BAT2",
+                                 sysfs / "class/power_supply/BAT2");
+    SysfsBatteryRegistry registry(sysfs.path());
 
     EXPECT_EQ(describe(*registry.properties()),
               describe(D{{"CurrentCapacity", 75},
@@ -227,26 +108,19 @@ TEST(SysfsBatteryRegistryTest, ReadsAfreshAndSurvivesEntriesVanishing) {
                          {"Voltage", 12000.0},
                          {"PowerTelemetryData", D{{"BatteryPower", -6000}}}}));
 
-    fs::remove(tree.supply("BAT0") / "power_now");
-    fs::remove(tree.supply("BAT0") / "energy_full");
-    fs::remove(tree.supply("BAT0") / "status");
+    for (const char* attribute : {"power_now", "energy_full", "status"}) {
+        fs::remove(battery / attribute);
+    }
     EXPECT_EQ(describe(*registry.properties()),
               describe(D{{"ExternalConnected", false}, {"Voltage", 12000.0}}));
     EXPECT_EQ(registry.providingPowerSourceType(), "Battery Power");
 
-    fs::remove_all(tree.supply("BAT0"));
+    fs::remove_all(battery);
     EXPECT_EQ(registry.properties(), std::nullopt);
     EXPECT_EQ(registry.providingPowerSourceType(), std::nullopt);
 
-    tree.write("AC", {{"online", "1"}});
+    writeSupply(sysfs, "AC", {{"online", "1"}});
     EXPECT_EQ(registry.providingPowerSourceType(), "AC Power");
-}
-
-TEST(SysfsBatteryRegistryTest, FactoryReadsTheGivenRoot) {
-    PlatformOptions options;
-    options.sysfsRoot =
-        (fs::path(VOLTARO_TEST_DATA) / "sysfs" / "thinkpad-t14-discharging").string();
-    EXPECT_EQ(makeBatteryRegistry(options)->providingPowerSourceType(), "Battery Power");
 }
 
 // One battery's current and power: the status decides the sign, whatever the driver wrote.

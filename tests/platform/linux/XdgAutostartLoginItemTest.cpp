@@ -6,8 +6,8 @@
 #include <sstream>
 
 #include "platform/Platform.h"
-#include "platform/ScopedEnvironment.h"
-#include "platform/TemporaryDirectory.h"
+#include "support/ScopedEnvironment.h"
+#include "support/TemporaryDirectory.h"
 
 namespace voltaro::platform {
 namespace {
@@ -52,41 +52,24 @@ TEST_F(XdgAutostartLoginItemTest, RegistersAnEntryThatStartsThisProgramAndRemove
     EXPECT_EQ(item_.unregisterItem(), std::nullopt) << "already gone is fine";
 }
 
-struct EntryCase {
-    std::string name;
-    std::string entry;
-    LoginItemStatus expected;
-};
-void PrintTo(const EntryCase& c, std::ostream* out) {
-    *out << c.name;
+TEST_F(XdgAutostartLoginItemTest, ReadsWhetherTheSessionWouldStartIt) {
+    const std::pair<std::string, LoginItemStatus> cases[] = {
+        {"[Desktop Entry]\nExec=voltaro\n", LoginItemStatus::enabled},
+        {"[Desktop Entry]\nExec=voltaro\nHidden=true\n", LoginItemStatus::notRegistered},
+        {"# hidden by the session\n[Desktop Entry]\n Hidden = true \n",
+         LoginItemStatus::notRegistered},
+        {"[Desktop Entry]\nHidden=false\n", LoginItemStatus::enabled},
+        {"[Desktop Entry]\nX-GNOME-Autostart-enabled=false\n", LoginItemStatus::notRegistered},
+        {"[Desktop Entry]\nX-GNOME-Autostart-enabled=true\n", LoginItemStatus::enabled},
+        {"[Desktop Entry]\nExec=voltaro\n[Desktop Action quit]\nHidden=true\n",
+         LoginItemStatus::enabled},
+        {"", LoginItemStatus::notRegistered},
+    };
+    for (const auto& [entry, expected] : cases) {
+        home_.write(entry_.lexically_relative(home_.path()), entry);
+        EXPECT_EQ(item_.status(), expected) << entry;
+    }
 }
-
-class XdgAutostartStatusTest : public XdgAutostartLoginItemTest,
-                               public ::testing::WithParamInterface<EntryCase> {};
-
-TEST_P(XdgAutostartStatusTest, ReadsWhetherTheSessionWouldStartIt) {
-    home_.write(entry_.lexically_relative(home_.path()), GetParam().entry);
-    EXPECT_EQ(item_.status(), GetParam().expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Entries, XdgAutostartStatusTest,
-    ::testing::Values(
-        EntryCase{"Plain", "[Desktop Entry]\nExec=voltaro\n", LoginItemStatus::enabled},
-        EntryCase{"Hidden", "[Desktop Entry]\nExec=voltaro\nHidden=true\n",
-                  LoginItemStatus::notRegistered},
-        EntryCase{"HiddenWithSpaces", "# hidden by the session\n[Desktop Entry]\n Hidden = true \n",
-                  LoginItemStatus::notRegistered},
-        EntryCase{"NotHidden", "[Desktop Entry]\nHidden=false\n", LoginItemStatus::enabled},
-        EntryCase{"GnomeDisabled", "[Desktop Entry]\nX-GNOME-Autostart-enabled=false\n",
-                  LoginItemStatus::notRegistered},
-        EntryCase{"GnomeEnabled", "[Desktop Entry]\nX-GNOME-Autostart-enabled=true\n",
-                  LoginItemStatus::enabled},
-        EntryCase{"HiddenInAnotherGroup",
-                  "[Desktop Entry]\nExec=voltaro\n[Desktop Action quit]\nHidden=true\n",
-                  LoginItemStatus::enabled},
-        EntryCase{"Empty", "", LoginItemStatus::notRegistered}),
-    [](const auto& info) { return info.param.name; });
 
 TEST_F(XdgAutostartLoginItemTest, RegisteringOverAHiddenEntryEnablesIt) {
     home_.write(entry_.lexically_relative(home_.path()), "[Desktop Entry]\nHidden=true\n");

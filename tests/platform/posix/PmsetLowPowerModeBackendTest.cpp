@@ -4,11 +4,62 @@
 
 #include <map>
 
-#include "platform/TemporaryDirectory.h"
 #include "platform/posix/PosixCommandRunner.h"
+#include "support/TemporaryDirectory.h"
 
 namespace voltaro {
 namespace {
+
+using Backend = PmsetLowPowerModeBackend;
+
+TEST(PmsetLowPowerModeBackendTest, ReadsTheFirstLowPowerModeLine) {
+    const std::pair<std::string, std::optional<bool>> cases[] = {
+        {" lowpowermode 1\n", true},
+        {" lowpowermode 0\n", false},
+        {" lowpowermode 2\n", false},  // only exactly 1 is on
+        {" lowpowermode 01\n", false},
+        {"Battery Power:\n lowpowermode 1\n standby 1\nAC Power:\n lowpowermode 0\n", true},
+        {"AC Power:\n lowpowermode 0\n lowpowermode 1\n", false},
+        {"\n\n\t  lowpowermode \t\t  1 \t \n", true},
+        {" lowpowermode 1", true},
+        {"Batterie \xE2\x80\x93 \xC3\xA9nergie\n lowpowermode 1\n", true},
+        {"Battery Power:\n standby 1\n powernap 0\n", std::nullopt},
+        {" LowPowerMode 1\n", std::nullopt},
+        {"", std::nullopt},
+        {" lowpowermode 1\n \xC0\xAF\n", std::nullopt},  // not UTF-8
+    };
+    for (const auto& [listing, expected] : cases) {
+        EXPECT_EQ(Backend::parseCustomSettings(listing), expected) << listing;
+    }
+}
+
+TEST(PmsetLowPowerModeBackendTest, MapsTheScriptingHostsOutcome) {
+    const LowPowerModeError cancelled = LowPowerModeError::cancelled();
+    const struct {
+        int exitStatus;
+        std::string standardError;
+        std::optional<LowPowerModeError> expected;
+    } cases[] = {
+        {0, "", std::nullopt},
+        {0, "cancel", std::nullopt},
+        {1, "0:70: execution error: User canceled. (-128)\n", cancelled},
+        {1, "execution error: not permitted\n", cancelled},
+        {7, "CANCEL", cancelled},
+        {2, "the request was Cancelled by policy", cancelled},
+        {2, "  \t execution error: denied (5)\n",
+         LowPowerModeError::failed("execution error: denied (5)")},
+        {3, "\nfirst line\r\nsecond line\n\n",
+         LowPowerModeError::failed("first line\r\nsecond line")},
+        {3, "\xC2\xA0r\xC3\xA9sultat\xE2\x80\xA8", LowPowerModeError::failed("r\xC3\xA9sultat")},
+        {2, "", LowPowerModeError::failed("")},
+        {2, "cancel \xFF\xFE", LowPowerModeError::failed("")},  // not UTF-8: no text
+        {1, "\xED\xA0\x80", cancelled},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(Backend::switchOutcome(c.exitStatus, c.standardError), c.expected)
+            << c.exitStatus << " " << c.standardError;
+    }
+}
 
 struct Call {
     std::string executable;
@@ -35,7 +86,7 @@ class StandInRunner final : public CommandRunner {
     platform::PosixCommandRunner real_;
 };
 
-class PmsetLowPowerModeBackendTest : public ::testing::Test {
+class PmsetCommandTest : public ::testing::Test {
   protected:
     // A stand-in for `executable` that prints the given bytes and ends with `exitStatus`.
     void standIn(const std::string& executable, std::string_view standardOutput,
@@ -50,120 +101,34 @@ class PmsetLowPowerModeBackendTest : public ::testing::Test {
 
     testing::TemporaryDirectory directory_;
     StandInRunner* runner_ = nullptr;
-    PmsetLowPowerModeBackend backend_{[this] {
+    Backend backend_{[this] {
         auto runner = std::make_unique<StandInRunner>();
         runner_ = runner.get();
         return runner;
     }()};
 };
 
-struct ReadCase {
-    std::string name;
-    std::string listing;
-    int exitStatus;
-    std::optional<bool> expected;
-};
-void PrintTo(const ReadCase& c, std::ostream* out) {
-    *out << c.name;
-}
-
-class PmsetReadTest : public PmsetLowPowerModeBackendTest,
-                      public ::testing::WithParamInterface<ReadCase> {};
-
-TEST_P(PmsetReadTest, ReadsTheFirstLowPowerModeLine) {
-    standIn("/usr/bin/pmset", GetParam().listing, "pmset: stray warning\n", GetParam().exitStatus);
-    EXPECT_EQ(backend_.currentValue(), GetParam().expected);
-    EXPECT_EQ(runner_->calls, (std::vector<Call>{{"/usr/bin/pmset", {"-g", "custom"}}}));
-}
-
-const char* const batteryFirst =
-    "Battery Power:\n lowpowermode         1\n standby              1\n"
-    "AC Power:\n lowpowermode         0\n standby              1\n";
-
-INSTANTIATE_TEST_SUITE_P(
-    Listings, PmsetReadTest,
-    ::testing::Values(
-        ReadCase{"On", " lowpowermode 1\n", 0, true},
-        ReadCase{"Off", " lowpowermode 0\n", 0, false},
-        ReadCase{"OnlyExactlyOneCountsAsOn", " lowpowermode 2\n", 0, false},
-        ReadCase{"NotOneEither", " lowpowermode 01\n", 0, false},
-        ReadCase{"FirstMatchingLineDecides", batteryFirst, 0, true},
-        ReadCase{"FirstMatchingLineDecidesOff", "AC Power:\n lowpowermode 0\n lowpowermode 1\n", 0,
-                 false},
-        ReadCase{"TabsAndSpacesAnywhere", "\n\n\t  lowpowermode \t\t  1 \t \n", 0, true},
-        ReadCase{"NoMatchingLine", "Battery Power:\n standby 1\n powernap 0\n", 0, std::nullopt},
-        ReadCase{"CaseMatters", " LowPowerMode 1\n", 0, std::nullopt},
-        ReadCase{"EmptyOutput", "", 0, std::nullopt},
-        ReadCase{"FailedCommand", " lowpowermode 1\n", 1, std::nullopt},
-        ReadCase{"InvalidUtf8", " lowpowermode 1\n \xC0\xAF\n", 0, std::nullopt},
-        ReadCase{"NoFinalLineFeed", " lowpowermode 1", 0, true},
-        ReadCase{"UnicodeText", "Batterie \xE2\x80\x93 \xC3\xA9nergie\n lowpowermode 1\n", 0,
-                 true}),
-    [](const auto& info) { return info.param.name; });
-
-TEST_F(PmsetLowPowerModeBackendTest, ACommandThatCannotStartReadsAsUnknown) {
+TEST_F(PmsetCommandTest, ReadsPmsetsListingUnlessItFails) {
+    EXPECT_EQ(backend_.currentValue(), std::nullopt);  // cannot start
+    standIn("/usr/bin/pmset", " lowpowermode 1\n", "pmset: stray warning\n", 0);
+    EXPECT_EQ(backend_.currentValue(), true);
+    standIn("/usr/bin/pmset", " lowpowermode 1\n", "", 1);
     EXPECT_EQ(backend_.currentValue(), std::nullopt);
+    EXPECT_EQ(runner_->calls, std::vector<Call>(3, {"/usr/bin/pmset", {"-g", "custom"}}));
 }
 
-struct SwitchCase {
-    std::string name;
-    int exitStatus;
-    std::string standardError;
-    std::optional<LowPowerModeError> expected;
-};
-void PrintTo(const SwitchCase& c, std::ostream* out) {
-    *out << c.name;
-}
-
-class PmsetSwitchTest : public PmsetLowPowerModeBackendTest,
-                        public ::testing::WithParamInterface<SwitchCase> {};
-
-TEST_P(PmsetSwitchTest, MapsTheScriptingHostsOutcome) {
-    standIn("/usr/bin/osascript", "ignored output\n", GetParam().standardError,
-            GetParam().exitStatus);
-    EXPECT_EQ(backend_.setEnabled(true), GetParam().expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Outcomes, PmsetSwitchTest,
-    ::testing::Values(
-        SwitchCase{"Success", 0, "", std::nullopt},
-        SwitchCase{"SuccessWhateverItPrints", 0, "cancel", std::nullopt},
-        SwitchCase{"UserCancelled", 1, "0:70: execution error: User canceled. (-128)\n",
-                   LowPowerModeError::cancelled()},
-        SwitchCase{"StatusOneWithoutTheWord", 1, "execution error: not permitted\n",
-                   LowPowerModeError::cancelled()},
-        SwitchCase{"CapitalsWithAnotherStatus", 7, "CANCEL", LowPowerModeError::cancelled()},
-        SwitchCase{"PartOfALongerWord", 2, "the request was Cancelled by policy",
-                   LowPowerModeError::cancelled()},
-        SwitchCase{"OtherStatusGivesTheBareText", 2, "  \t execution error: denied (5)\n",
-                   LowPowerModeError::failed("execution error: denied (5)")},
-        SwitchCase{"LineBreaksInsideAreKept", 3, "\nfirst line\r\nsecond line\n\n",
-                   LowPowerModeError::failed("first line\r\nsecond line")},
-        SwitchCase{"UnicodeSpacesTrimmed", 3, "\xC2\xA0r\xC3\xA9sultat\xE2\x80\xA8",
-                   LowPowerModeError::failed("r\xC3\xA9sultat")},
-        SwitchCase{"EmptyErrorOutput", 2, "", LowPowerModeError::failed("")},
-        SwitchCase{"InvalidUtf8CountsAsEmpty", 2, "cancel \xFF\xFE", LowPowerModeError::failed("")},
-        SwitchCase{"InvalidUtf8WithStatusOne", 1, "\xED\xA0\x80", LowPowerModeError::cancelled()}),
-    [](const auto& info) { return info.param.name; });
-
-TEST_F(PmsetLowPowerModeBackendTest, RunsPmsetThroughTheScriptingHostWithAdministratorRights) {
-    standIn("/usr/bin/osascript", "", "", 0);
-    EXPECT_EQ(backend_.setEnabled(true), std::nullopt);
-    EXPECT_EQ(backend_.setEnabled(false), std::nullopt);
-    EXPECT_EQ(
-        runner_->calls,
-        (std::vector<Call>{
-            {"/usr/bin/osascript",
-             {"-e",
-              R"(do shell script "/usr/bin/pmset -a lowpowermode 1" with administrator privileges)"}},
-            {"/usr/bin/osascript",
-             {"-e",
-              R"(do shell script "/usr/bin/pmset -a lowpowermode 0" with administrator privileges)"}}}));
-}
-
-TEST_F(PmsetLowPowerModeBackendTest, AScriptingHostThatCannotStartIsALaunchFailure) {
+TEST_F(PmsetCommandTest, SwitchesThroughTheScriptingHostWithAdministratorRights) {
     EXPECT_EQ(backend_.setEnabled(false), LowPowerModeError::launchFailed());
+    standIn("/usr/bin/osascript", "ignored output\n", "", 0);
+    EXPECT_EQ(backend_.setEnabled(true), std::nullopt);
+    standIn("/usr/bin/osascript", "", "execution error: denied (5)\n", 2);
+    EXPECT_EQ(backend_.setEnabled(false), LowPowerModeError::failed("execution error: denied (5)"));
+    const auto script = [](const char* value) {
+        return Call{"/usr/bin/osascript",
+                    {"-e", std::string("do shell script \"/usr/bin/pmset -a lowpowermode ") +
+                               value + "\" with administrator privileges"}};
+    };
+    EXPECT_EQ(runner_->calls, (std::vector<Call>{script("0"), script("1"), script("0")}));
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/TemporaryDirectory.h"
+#include "support/TemporaryDirectory.h"
 
 namespace voltaro::platform {
 namespace {

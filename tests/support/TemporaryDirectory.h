@@ -12,16 +12,20 @@
 
 namespace voltaro::testing {
 
-// A fresh directory under the system's temporary directory, removed with everything in it.
+// A fresh directory under the system's temporary directory, empty or holding a copy of a fixture
+// tree that the test may change; removed with everything in it.
 class TemporaryDirectory {
   public:
-    TemporaryDirectory() {
+    explicit TemporaryDirectory(const std::filesystem::path& fixture = {}) {
         std::string pattern = (std::filesystem::temp_directory_path() / "voltaro-XXXXXX").string();
         if (::mkdtemp(pattern.data()) == nullptr) {
             throw std::filesystem::filesystem_error(
                 "mkdtemp", std::error_code(errno, std::generic_category()));
         }
         path_ = pattern;
+        if (!fixture.empty()) {
+            std::filesystem::copy(fixture, path_, copyOptions);
+        }
     }
     ~TemporaryDirectory() {
         std::error_code ignored;
@@ -31,6 +35,9 @@ class TemporaryDirectory {
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
 
     const std::filesystem::path& path() const { return path_; }
+    std::filesystem::path operator/(const std::filesystem::path& relative) const {
+        return path_ / relative;
+    }
 
     std::filesystem::path write(const std::filesystem::path& relative,
                                 std::string_view bytes) const {
@@ -48,7 +55,19 @@ class TemporaryDirectory {
         return file;
     }
 
+    void remove(const std::filesystem::path& relative) const {
+        std::filesystem::remove_all(path_ / relative);
+    }
+
+    // Puts a copy of another file or tree in the place of one of this directory's.
+    void replace(const std::filesystem::path& relative, const std::filesystem::path& source) const {
+        remove(relative);
+        std::filesystem::copy(source, path_ / relative, copyOptions);
+    }
+
   private:
+    static constexpr auto copyOptions =
+        std::filesystem::copy_options::recursive | std::filesystem::copy_options::copy_symlinks;
     std::filesystem::path path_;
 };
 
