@@ -39,8 +39,10 @@ int main(int argc, char** argv) {
         std::cerr << *choice.note << "\n";
     }
 
-    const PlatformServices platformServices = PlatformServices::make(
-        {.sysfsRoot = commandLine.sysfsRoot, .procRoot = commandLine.procRoot});
+    // Never destroyed, like the shared monitor that uses them: a low power change may still be
+    // running on its worker while the process exits.
+    const PlatformServices& platformServices = *new PlatformServices(PlatformServices::make(
+        {.sysfsRoot = commandLine.sysfsRoot, .procRoot = commandLine.procRoot}));
 #ifdef VOLTARO_WITH_DESKTOP
     if (choice.frontEnd == FrontEnd::desktop) {
         return runDesktopFrontEnd(argc, argv, commandLine, platformServices);
