@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollArea>
 
 #include "ui/ApplicationEnergyRow.h"
 #include "ui/BusyIndicator.h"
@@ -56,147 +55,88 @@ const QStringList connectedOrder = {
     "chargerCard", "sectionDivider",  "batteryTitle",   "temperatureRow",    "lowPowerDivider",
     "lowPowerRow", "sectionDivider",  "energyTitle",    "energyWindowLabel", "applications"};
 
+// The texts themselves are the core's; here, that each reaches its place and that the cards
+// for the battery and charger come and go with the connection.
 TEST_F(DashboardViewTest, ShowsTheBatteryStateInTheHeaderAndPowerSection) {
     const struct {
         const char* description;
         Battery battery;
-        const char* chargeLine;
         const char* state;
         const char* chargeTime;
         QStringList order;
+        const char* flowTitle;
+        const char* flowValue;
+        std::optional<QString> chargerCaption;
     } cases[] = {
         {"on battery",
          {.level = 64, .systemMilliwatts = 8400},
-         "Battery — 64%",
          "On battery",
          "Not charging",
-         onBatteryOrder},
-        {"full on battery",
-         {.level = 100},
-         "Battery — 100%",
-         "On battery",
-         "Battery is fully charged",
-         onBatteryOrder},
-        {"charging with an estimate",
+         onBatteryOrder,
+         nullptr,
+         nullptr,
+         std::nullopt},
+        {"charging with an estimate, no rating",
          {.level = 80,
           .connected = true,
           .systemMilliwatts = 12000,
           .batteryMilliwatts = 20000,
           .inputMilliwatts = 32000,
           .timeToFullMinutes = 95},
-         "Battery — 80%",
          "Charging",
          "Until fully charged\n1 hour, 35 minutes",
-         connectedOrder},
-        {"charging without an estimate",
-         {.level = 80, .connected = true, .batteryMilliwatts = 20000},
-         "Battery — 80%",
-         "Charging",
-         "Calculating time…",
-         connectedOrder},
-        {"drained on AC",
-         {.level = 45, .connected = true, .batteryMilliwatts = -3200},
-         "Battery — 45%",
-         "Power adapter",
-         "Not charging",
-         connectedOrder},
-        {"unplugged again",
-         {.level = 45, .batteryMilliwatts = -9000},
-         "Battery — 45%",
-         "On battery",
-         "Not charging",
-         onBatteryOrder},
-    };
-    for (const auto& c : cases) {
-        harness.setBattery(c.battery);
-        EXPECT_EQ(text("chargeLine"), c.chargeLine) << c.description;
-        EXPECT_EQ(text("stateLabel"), c.state) << c.description;
-        EXPECT_EQ(text("chargeTime"), c.chargeTime) << c.description;
-        EXPECT_EQ(contentOrder(), c.order) << c.description;
-    }
-}
-
-TEST_F(DashboardViewTest, PowerCardsFollowTheFlowAndTheCharger) {
-    const struct {
-        const char* description;
-        Battery battery;
-        const char* systemValue;
-        const char* flowTitle;
-        const char* flowSymbol;
-        const char* flowValue;
-        const char* chargerValue;
-        std::optional<QString> chargerCaption;
-    } cases[] = {
-        {"charging",
-         {.connected = true,
-          .systemMilliwatts = 12000,
-          .batteryMilliwatts = 20000,
-          .inputMilliwatts = 32000},
-         "12.0 W",
+         connectedOrder,
          "To battery",
-         "arrow.down.to.line.compact",
          "20.0 W",
-         "32.0 W",
          std::nullopt},
         {"drained on AC",
-         {.connected = true,
+         {.level = 80,
+          .connected = true,
           .systemMilliwatts = 33200,
           .batteryMilliwatts = -3200,
           .inputMilliwatts = 30000,
           .ratedWatts = 29.5},
-         "33.2 W",
+         "Power adapter",
+         "Not charging",
+         connectedOrder,
          "From battery",
-         "arrow.up.to.line.compact",
          "3.2 W",
-         "30.0 W",
          "Charger rated at 30 W"},
-        {"a trickle out is not a drain",
-         {.connected = true,
-          .batteryMilliwatts = -50,
-          .inputMilliwatts = 20000,
-          .ratedWatts = 96.0},
-         "20.1 W",
-         "To battery",
-         "arrow.down.to.line.compact",
-         "0.1 W",
-         "20.0 W",
-         "Charger rated at 96 W"},
-        {"nothing measured",
-         {.connected = true},
-         "— W",
-         "To battery",
-         "arrow.down.to.line.compact",
-         "— W",
-         "— W",
+        {"unplugged again",
+         {.level = 45, .batteryMilliwatts = -9000},
+         "On battery",
+         "Not charging",
+         onBatteryOrder,
+         nullptr,
+         nullptr,
          std::nullopt},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(c.description);
         harness.setBattery(c.battery);
-        EXPECT_EQ(card("systemPowerCard")->title(), "Power usage") << c.description;
-        EXPECT_EQ(card("systemPowerCard")->valueText(), c.systemValue) << c.description;
-        EXPECT_EQ(card("batteryCard")->title(), c.flowTitle) << c.description;
-        EXPECT_EQ(card("batteryCard")->symbol(), c.flowSymbol) << c.description;
-        EXPECT_EQ(card("batteryCard")->valueText(), c.flowValue) << c.description;
-        EXPECT_EQ(card("chargerCard")->title(), "Charger output") << c.description;
-        EXPECT_EQ(card("chargerCard")->valueText(), c.chargerValue) << c.description;
-        EXPECT_EQ(card("chargerCard")->caption(), c.chargerCaption) << c.description;
+        EXPECT_EQ(text("chargeLine"), QStringLiteral("Battery — %1%").arg(c.battery.level));
+        EXPECT_EQ(text("stateLabel"), c.state);
+        EXPECT_EQ(text("chargeTime"), c.chargeTime);
+        EXPECT_EQ(contentOrder(), c.order);
+        if (c.battery.connected) {  // the hidden cards keep what they last showed
+            EXPECT_EQ(card("batteryCard")->title(), c.flowTitle);
+            EXPECT_EQ(card("batteryCard")->valueText(), c.flowValue);
+            EXPECT_EQ(card("chargerCard")->caption(), c.chargerCaption);
+        }
+        if (c.battery.systemMilliwatts) {
+            EXPECT_EQ(card("systemPowerCard")->valueText(),
+                      QStringLiteral("%1 W").arg(*c.battery.systemMilliwatts / 1000.0, 0, 'f', 1));
+        }
     }
 }
 
 TEST_F(DashboardViewTest, TemperatureFollowsTheStoredUnitAtOnce) {
     harness.setBattery({.decikelvin = 3046});  // 31.45 °C
-    EXPECT_EQ(card("temperatureRow")->title(), "Temperature");
     EXPECT_EQ(card("temperatureRow")->valueText(), "31.5 °C");
-
     const int refreshes = static_cast<int>(harness.monitor.refreshCount().get());
     harness.preferences().setTemperatureUnit("fahrenheit");
     EXPECT_EQ(card("temperatureRow")->valueText(), "88.6 °F");
     EXPECT_EQ(harness.monitor.refreshCount().get(), refreshes);  // no new reading needed
-
-    harness.setBattery({});
-    EXPECT_EQ(card("temperatureRow")->valueText(), "— °F");
-    harness.preferences().setTemperatureUnit("Fahrenheit");
-    EXPECT_EQ(card("temperatureRow")->valueText(), "— °C");
 }
 
 TEST_F(DashboardViewTest, EmptyRankingShowsTheGatheringPlaceholder) {
@@ -208,7 +148,6 @@ TEST_F(DashboardViewTest, EmptyRankingShowsTheGatheringPlaceholder) {
     EXPECT_EQ(text("gatheringText"), "Gathering data…");
     EXPECT_TRUE(find<BusyIndicator>("gatheringBusy")->isAnimating());
     EXPECT_FALSE(find("applicationList")->isVisible());
-    EXPECT_EQ(text("energyTitle"), "App energy usage");
     EXPECT_EQ(text("energyWindowLabel"), "collected 0 sec / 20 sec");
 }
 
@@ -284,11 +223,6 @@ TEST_F(DashboardViewTest, TheSwitchShowsOnlyWhatTheMonitorPublishes) {
     EXPECT_FALSE(busy->isVisible());
     EXPECT_FALSE(busy->isAnimating());
     EXPECT_EQ(harness.lowPowerMode.requests(), std::vector<bool>{true});
-
-    toggle->click();
-    harness.finishLowPowerChange();
-    EXPECT_FALSE(toggle->isChecked());
-    EXPECT_EQ(harness.lowPowerMode.requests(), (std::vector<bool>{true, false}));
 }
 
 TEST_F(DashboardViewTest, AFailedChangeShowsItsCaptionUntilTheNextRequest) {
@@ -309,14 +243,9 @@ TEST_F(DashboardViewTest, AFailedChangeShowsItsCaptionUntilTheNextRequest) {
     harness.finishLowPowerChange();
 }
 
-TEST_F(DashboardViewTest, FooterOffersBothSettings) {
-    EXPECT_EQ(find<QPushButton>("batterySettingsButton")->text(), "Battery Settings");
-    auto* settings = find<QPushButton>("settingsButton");
-    EXPECT_EQ(settings->text(), "Settings");
-    settings->click();
+TEST_F(DashboardViewTest, TheSettingsButtonOpensTheSettings) {
+    find<QPushButton>("settingsButton")->click();
     EXPECT_EQ(harness.settingsOpened, 1);
-    EXPECT_EQ(harness.view().size(), QSize(380, 550));
-    EXPECT_EQ(find<QScrollArea>("scrollArea")->frameShape(), QFrame::NoFrame);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "ui/MenuBarBatteryImage.h"
 
 #include <gtest/gtest.h>
-#include <QDir>
 #include <QPainter>
 #include <cmath>
 #include <optional>
@@ -129,17 +128,9 @@ TEST(MenuBarBatteryImageTest, DrawsTheBoltWhileChargingAndThePlugOnPowerOtherwis
         Accessory expected;
     };
     const Case cases[] = {
-        {false, false, std::nullopt, Accessory::none},
-        {false, false, -12, Accessory::none},
-        {false, false, 5, Accessory::none},
-        {false, true, std::nullopt, Accessory::bolt},
-        {false, true, -3, Accessory::bolt},
-        {true, true, std::nullopt, Accessory::bolt},
-        {true, true, -1, Accessory::bolt},
-        {true, false, 0.01, Accessory::bolt},
-        {true, false, 0, Accessory::plug},
-        {true, false, std::nullopt, Accessory::plug},
-        {true, false, -4, Accessory::plug},
+        {false, false, -12, Accessory::none}, {false, true, std::nullopt, Accessory::bolt},
+        {true, true, -1, Accessory::bolt},    {true, false, 0.01, Accessory::bolt},
+        {true, false, 0, Accessory::plug},    {true, false, -4, Accessory::plug},
     };
     for (const qreal scale : {2.0, 4.0}) {
         for (const Case& c : cases) {
@@ -224,41 +215,6 @@ TEST(MenuBarBatteryImageTest, FallsBackWhenAnAccessoryHasNoArtwork) {
             EXPECT_EQ(MenuBarBatteryImage::make(c.snapshot, scale, artworkWithout(c.missing)),
                       MenuBarBatteryImage::make(c.drawnAs, scale))
                 << c.name << " at " << scale << "x";
-        }
-    }
-}
-
-// Renders for a person to look at, written only when VOLTARO_GLYPH_RENDERS names a folder.
-TEST(MenuBarBatteryImageTest, SavesRendersForReview) {
-    const QString folder = qEnvironmentVariable("VOLTARO_GLYPH_RENDERS");
-    if (folder.isEmpty()) {
-        GTEST_SKIP() << "set VOLTARO_GLYPH_RENDERS to a folder to write the renders";
-    }
-    struct Render {
-        const char* name;
-        BatterySnapshot snapshot;
-    };
-    const Render renders[] = {
-        {"on-battery-57", state(57, false, false)},
-        {"low-8", state(8, false, false)},
-        {"charging-40", state(40, true, true)},
-        {"charging-100", state(100, true, true)},
-        {"plugged-in-100", pluggedIn},
-        {"plugged-in-25", state(25, true, false)},
-    };
-    QDir().mkpath(folder);
-    for (const Render& render : renders) {
-        for (const int scale : {1, 2, 8}) {
-            QImage glyph = MenuBarBatteryImage::make(render.snapshot, scale);
-            glyph.setDevicePixelRatio(1);  // pixel for pixel
-            // On a light menu bar, with a margin, as the glyph is seen.
-            QImage shown(glyph.size() + QSize(4 * scale, 4 * scale), QImage::Format_ARGB32);
-            shown.fill(QColor(236, 236, 236));
-            QPainter(&shown).drawImage(2 * scale, 2 * scale, glyph);
-            const QString file = QStringLiteral("%1/glyph-%2@%3x.png")
-                                     .arg(folder, QString::fromUtf8(render.name))
-                                     .arg(scale);
-            EXPECT_TRUE(shown.save(file)) << file.toStdString();
         }
     }
 }

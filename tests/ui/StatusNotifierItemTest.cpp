@@ -23,8 +23,6 @@ TEST(StatusNotifierItemTest, StaysOffTheBusWithoutOne) {
                             QDBusObjectPath(QStringLiteral("/MenuBar")));
     EXPECT_FALSE(item.isExported());
     EXPECT_FALSE(item.isWatcherPresent());
-    item.setLabel(QStringLiteral("57%"), QStringLiteral("100%"));
-    EXPECT_EQ(item.label(), QStringLiteral("57%"));
 }
 
 }  // namespace

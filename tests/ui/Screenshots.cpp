@@ -1,0 +1,224 @@
+// Pictures for people to look at, written only on request:
+//   VOLTARO_SCREENSHOT_DIR=docs/screenshots  the dashboard and the tray label,
+//   VOLTARO_GLYPH_RENDERS=<folder>            the glyph pixel for pixel at 1, 2 and 8x,
+//   --gtest_also_run_disabled_tests           the settings window into docs/screenshots.
+#include <gtest/gtest.h>
+#include <QCoreApplication>
+#include <QDir>
+#include <QPainter>
+#include <QTemporaryDir>
+
+#include "support/FakeLoginItemService.h"
+#include "ui/DashboardHarness.h"
+#include "ui/MenuBarBatteryImage.h"
+#include "ui/MenuBarLabel.h"
+#include "ui/SettingsView.h"
+#include "ui/TemporaryPreferences.h"
+
+namespace voltaro::ui {
+namespace {
+
+QString screenshotFolder() {
+    const QString folder = qEnvironmentVariable("VOLTARO_SCREENSHOT_DIR");
+    if (!folder.isEmpty()) {
+        QDir().mkpath(folder);
+    }
+    return folder;
+}
+
+// A dark desktop theme: the other shades follow from the button and window colours.
+QPalette darkPalette() {
+    QPalette palette(QColor(0x3b, 0x3b, 0x3e), QColor(0x2a, 0x2a, 0x2c));
+    palette.setColor(QPalette::Highlight, QColor(0x0a, 0x84, 0xff));
+    return palette;
+}
+
+// An application icon as desktops draw them: a rounded square with an initial.
+ApplicationIcon drawnIcon(const QTemporaryDir& directory, const QString& name, QColor color) {
+    QImage image(96, 96, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(color);
+    painter.setPen(Qt::NoPen);
+    painter.drawRoundedRect(QRectF(6, 6, 84, 84), 20, 20);
+    QFont font = painter.font();
+    font.setPixelSize(48);
+    font.setBold(true);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(QRectF(6, 6, 84, 84), Qt::AlignCenter, name.left(1).toUpper());
+    painter.end();
+    const QString path = directory.filePath(name + ".png");
+    image.save(path);
+    return {ApplicationIcon::Kind::filePath, path.toStdString()};
+}
+
+// The dashboard as the panel shows it, kept when a folder is named.
+QImage renderDashboard(testing::DashboardHarness& harness, const char* name) {
+    harness.view().show();
+    QCoreApplication::processEvents();  // the layout settles as it would in the event loop
+    const QImage image = harness.view().grab().toImage();
+    if (const QString folder = screenshotFolder(); !folder.isEmpty()) {
+        image.save(QDir(folder).filePath(QStringLiteral("dashboard-%1.png").arg(name)));
+    }
+    return image;
+}
+
+TEST(Screenshots, Dashboard) {
+    QTemporaryDir icons;
+    const std::vector<testing::Application> applications = {
+        {"Firefox", 4.8, drawnIcon(icons, "firefox", QColor(0xe6, 0x60, 0x00))},
+        {"Visual Studio Code", 3.1, drawnIcon(icons, "code", QColor(0x00, 0x7a, 0xcc))},
+        {"Slack", 1.4, drawnIcon(icons, "slack", QColor(0x4a, 0x15, 0x4b))},
+        {"gnome-terminal-server", 0.62, std::nullopt},
+        {"Rhythmbox", 0.004, drawnIcon(icons, "music", QColor(0xd0, 0x2a, 0x4a))},
+    };
+    {
+        testing::DashboardHarness charging;
+        charging.setBattery({.level = 80,
+                             .connected = true,
+                             .systemMilliwatts = 11400,
+                             .batteryMilliwatts = 18600,
+                             .inputMilliwatts = 30000,
+                             .ratedWatts = 65,
+                             .timeToFullMinutes = 95,
+                             .decikelvin = 3062});
+        charging.view();
+        charging.runApplications(applications);
+        renderDashboard(charging, "charging");
+    }
+    {
+        testing::DashboardHarness onBattery;
+        onBattery.setBattery({.level = 64, .systemMilliwatts = 8400, .decikelvin = 3021});
+        renderDashboard(onBattery, "on-battery");
+    }
+    testing::DashboardHarness dark;
+    dark.setBattery({.level = 42,
+                     .connected = true,
+                     .systemMilliwatts = 33200,
+                     .batteryMilliwatts = -3200,
+                     .inputMilliwatts = 30000,
+                     .ratedWatts = 29.5,
+                     .decikelvin = 3101});
+    dark.view().setPalette(darkPalette());
+    dark.runApplications(applications);
+    dark.lowPowerMode.setOutcome(LowPowerModeError::cancelled());
+    dark.monitor.setLowPowerMode(true);
+    dark.finishLowPowerChange();
+    const QImage image = renderDashboard(dark, "dark");
+    // The background follows the palette; nothing paints the light default over it.
+    EXPECT_LT(image.pixelColor(2, image.height() / 2).lightnessF(), 0.3);
+}
+
+// A label at 2x on a dark panel strip; with a clock beside it, as a top panel shows it.
+void saveTrayLabel(const BatterySnapshot& snapshot, const MenuBarLabelChoices& choices,
+                   const QString& path, bool withClock = false) {
+    constexpr qreal scale = 2;
+    const QColor text(238, 238, 240);
+    const QImage label = MenuBarLabel::render(snapshot, choices, text, scale);
+    const QSizeF labelSize = label.deviceIndependentSize();
+    const QSizeF size = withClock ? QSizeF(520, 30) : labelSize + QSizeF(16, 10);
+    QImage panel((size * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
+    panel.setDevicePixelRatio(scale);
+    panel.fill(withClock ? QColor(28, 28, 31) : QColor(40, 40, 44));
+    QPainter painter(&panel);
+    QPointF at(8, 5);
+    if (withClock) {
+        painter.setRenderHint(QPainter::TextAntialiasing);
+        painter.setPen(text);
+        const QString clock = QStringLiteral("Mon 23 Nov 14:32");
+        const qreal clockWidth = painter.fontMetrics().horizontalAdvance(clock);
+        const QRectF clockArea(size.width() - 14 - clockWidth, 0, clockWidth, size.height());
+        painter.drawText(clockArea, Qt::AlignVCenter | Qt::AlignLeft, clock);
+        at = {clockArea.left() - 16 - labelSize.width(), (size.height() - labelSize.height()) / 2};
+    }
+    painter.drawImage(at, label);
+    painter.end();
+    EXPECT_TRUE(panel.save(path)) << path.toStdString();
+}
+
+TEST(Screenshots, TrayLabel) {
+    const QString folder = screenshotFolder();
+    if (folder.isEmpty()) {
+        GTEST_SKIP() << "set VOLTARO_SCREENSHOT_DIR to write the tray label screenshots";
+    }
+    BatterySnapshot onBattery;
+    onBattery.level = 57;
+    onBattery.systemWatts = 12.5;
+    onBattery.batteryPowerWatts = -11.8;
+    saveTrayLabel(onBattery, {}, folder + "/tray-label-57-13w.png");
+    saveTrayLabel(onBattery, {false, false, true}, folder + "/tray-label-glyph-only.png");
+    saveTrayLabel(onBattery, {}, folder + "/tray-panel.png", true);
+
+    BatterySnapshot weakAdapter;
+    weakAdapter.level = 42;
+    weakAdapter.systemWatts = 38.4;
+    weakAdapter.batteryPowerWatts = -8.2;
+    weakAdapter.adapterWatts = 30;
+    weakAdapter.isConnectedToPower = true;
+    saveTrayLabel(weakAdapter, {}, folder + "/tray-label-highlighted.png");
+}
+
+TEST(Screenshots, Glyph) {
+    const QString folder = qEnvironmentVariable("VOLTARO_GLYPH_RENDERS");
+    if (folder.isEmpty()) {
+        GTEST_SKIP() << "set VOLTARO_GLYPH_RENDERS to a folder to write the renders";
+    }
+    const auto state = [](std::int64_t level, bool connected, bool charging) {
+        BatterySnapshot snapshot;
+        snapshot.level = level;
+        snapshot.isConnectedToPower = connected;
+        snapshot.isCharging = charging;
+        return snapshot;
+    };
+    const std::pair<const char*, BatterySnapshot> renders[] = {
+        {"on-battery-57", state(57, false, false)},  {"low-8", state(8, false, false)},
+        {"charging-40", state(40, true, true)},      {"charging-100", state(100, true, true)},
+        {"plugged-in-100", state(100, true, false)}, {"plugged-in-25", state(25, true, false)},
+    };
+    QDir().mkpath(folder);
+    for (const auto& [name, snapshot] : renders) {
+        for (const int scale : {1, 2, 8}) {
+            QImage glyph = MenuBarBatteryImage::make(snapshot, scale);
+            glyph.setDevicePixelRatio(1);  // pixel for pixel
+            // On a light menu bar, with a margin, as the glyph is seen.
+            QImage shown(glyph.size() + QSize(4 * scale, 4 * scale), QImage::Format_ARGB32);
+            shown.fill(QColor(236, 236, 236));
+            QPainter(&shown).drawImage(2 * scale, 2 * scale, glyph);
+            const QString file = QStringLiteral("%1/glyph-%2@%3x.png")
+                                     .arg(folder, QString::fromUtf8(name))
+                                     .arg(scale);
+            EXPECT_TRUE(shown.save(file)) << file.toStdString();
+        }
+    }
+}
+
+void saveSettings(const QPalette& palette, const QString& name) {
+    testing::TemporaryPreferences preferences("[General]\nshowsPowerUsageInMenuBar=false\n");
+    auto service = std::make_unique<voltaro::testing::FakeLoginItemService>();
+    service->currentStatus = LoginItemStatus::requiresApproval;
+    SettingsView view(std::move(service), {"0.1.0", "27"});
+    view.setPalette(palette);
+    view.setAutoFillBackground(true);
+    view.adjustSize();
+    view.show();
+    constexpr qreal scale = 2;
+    QPixmap image(view.size() * scale);
+    image.setDevicePixelRatio(scale);
+    image.fill(Qt::transparent);
+    view.render(&image);
+    const QDir folder(QStringLiteral(VOLTARO_TEST_DATA "/../../docs/screenshots"));
+    ASSERT_TRUE(QDir().mkpath(folder.path()));
+    ASSERT_TRUE(image.save(folder.filePath(name)));
+}
+
+TEST(Screenshots, DISABLED_Settings) {
+    QPalette light(QColor(0xfc, 0xfc, 0xfc), QColor(0xec, 0xec, 0xec));
+    light.setColor(QPalette::Highlight, QColor(0x00, 0x7a, 0xff));
+    saveSettings(light, "settings-light.png");
+    saveSettings(darkPalette(), "settings-dark.png");
+}
+
+}  // namespace
+}  // namespace voltaro::ui
