@@ -15,11 +15,6 @@ constexpr int verticalPadding = 4;
 constexpr qreal cornerRadius = 6;
 constexpr qreal inset = 2;
 
-QColor withAlpha(QColor color, qreal alpha) {
-    color.setAlphaF(static_cast<float>(alpha));
-    return color;
-}
-
 }  // namespace
 
 SegmentedControl::SegmentedControl(QStringList segments, QWidget* parent)

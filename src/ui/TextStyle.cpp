@@ -19,11 +19,6 @@ QFont scaled(const QFont& base, qreal factor, qreal minimumPoints) {
     return font;
 }
 
-QColor withAlpha(QColor color, qreal alpha) {
-    color.setAlphaF(static_cast<float>(alpha));
-    return color;
-}
-
 void applySecondaryColor(QLabel* label) {
     const QPalette surroundings =
         label->parentWidget() ? label->parentWidget()->palette() : QApplication::palette(label);
@@ -51,6 +46,11 @@ class SecondaryColorKeeper final : public QObject {
 };
 
 }  // namespace
+
+QColor withAlpha(QColor color, qreal alpha) {
+    color.setAlphaF(static_cast<float>(alpha));
+    return color;
+}
 
 bool isDark(const QPalette& palette) {
     return palette.color(QPalette::Window).lightnessF() < 0.5;

@@ -16,6 +16,9 @@ QFont headlineFont(const QFont& base);
 // Digits of equal width, so changing numbers do not shift their neighbours.
 QFont withTabularDigits(QFont font);
 
+// The colour, with this opacity.
+QColor withAlpha(QColor color, qreal alpha);
+
 // A dark window: controls drawn by hand pick their shades by it.
 bool isDark(const QPalette& palette);
 
