@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "core/monitor/BatteryMonitor.h"
+#include "core/telemetry/UnavailableSMCController.h"
 #include "support/CrossThreadExecutor.h"
 #include "support/FakeBatteryRegistry.h"
 #include "support/ManualScheduler.h"
@@ -138,7 +139,7 @@ int soak() {
     testing::ManualScheduler scheduler;
     testing::CrossThreadExecutor executor(scheduler);
     testing::FakeBatteryRegistry registry;
-    testing::ClosedSMCController smc;
+    UnavailableSMCController smc;
     SoakProcesses processes;
     SlowLowPowerMode lowPowerMode;
     BatteryMonitor monitor{

@@ -121,10 +121,7 @@ void SegmentedControl::changeEvent(QEvent* event) {
 
 void SegmentedControl::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (!isEnabled()) {
-        painter.setOpacity(0.45);
-    }
+    prepareControlPainter(painter, *this);
     const QPalette& colors = palette();
     const bool dark = isDark(colors);
     const QColor text = colors.color(QPalette::WindowText);

@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QEvent>
 #include <QLabel>
+#include <QPainter>
+#include <QWidget>
 #include <QtGlobal>
 #include <algorithm>
 
@@ -50,6 +52,13 @@ class SecondaryColorKeeper final : public QObject {
 QColor withAlpha(QColor color, qreal alpha) {
     color.setAlphaF(static_cast<float>(alpha));
     return color;
+}
+
+void prepareControlPainter(QPainter& painter, const QWidget& control) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (!control.isEnabled()) {
+        painter.setOpacity(0.45);
+    }
 }
 
 bool isDark(const QPalette& palette) {

@@ -5,6 +5,8 @@
 #include <QPalette>
 
 class QLabel;
+class QPainter;
+class QWidget;
 
 namespace voltaro::ui {
 
@@ -18,6 +20,9 @@ QFont withTabularDigits(QFont font);
 
 // The colour, with this opacity.
 QColor withAlpha(QColor color, qreal alpha);
+
+// Smooth edges, and the faded look of a control that is switched off.
+void prepareControlPainter(QPainter& painter, const QWidget& control);
 
 // A dark window: controls drawn by hand pick their shades by it.
 bool isDark(const QPalette& palette);

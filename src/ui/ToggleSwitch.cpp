@@ -88,10 +88,7 @@ void ToggleSwitch::moveKnob(bool checked) {
 
 void ToggleSwitch::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (!isEnabled()) {
-        painter.setOpacity(0.45);
-    }
+    prepareControlPainter(painter, *this);
 
     const QPalette& colors = palette();
     const bool dark = isDark(colors);

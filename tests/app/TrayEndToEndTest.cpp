@@ -15,6 +15,7 @@
 
 #include "ChildProcess.h"
 #include "VirtualDisplay.h"
+#include "support/TemporaryDirectory.h"
 
 namespace voltaro {
 namespace {
@@ -55,8 +56,6 @@ class TrayEndToEndTest : public ::testing::Test {
         const std::optional<std::string> address = bus_->readLine(std::chrono::seconds(10));
         ASSERT_TRUE(address) << "dbus-daemon did not start";
         busAddress_ = *address;
-        home_ = fs::temp_directory_path() / ("voltaro-tray-e2e-" + std::to_string(getpid()));
-        fs::create_directories(home_);
         voltaro_.emplace(ChildProcess::Options{
             .arguments = {VOLTARO_BINARY, "--sysfs-root", fixture.string(), "--trace-refreshes"},
             .environment = {{"DISPLAY", display_->name()},
@@ -64,7 +63,7 @@ class TrayEndToEndTest : public ::testing::Test {
                             {"DBUS_SESSION_BUS_ADDRESS", busAddress_},
                             {"LC_ALL", "C"},
                             {"LANGUAGE", ""},
-                            {"XDG_CONFIG_HOME", home_.string()}},
+                            {"XDG_CONFIG_HOME", configHome_.path().string()}},
             .pipedDescriptor = 2});
         ASSERT_TRUE(voltaro_->started());
     }
@@ -73,10 +72,6 @@ class TrayEndToEndTest : public ::testing::Test {
         voltaro_.reset();
         bus_.reset();
         display_.reset();
-        if (!home_.empty()) {
-            std::error_code ignored;
-            fs::remove_all(home_, ignored);
-        }
     }
 
     // Lines from voltaro's stderr up to the first that matches, within a few seconds.
@@ -124,7 +119,7 @@ class TrayEndToEndTest : public ::testing::Test {
     std::optional<VirtualDisplay> display_;
     std::optional<ChildProcess> bus_;
     std::string busAddress_;
-    fs::path home_;
+    testing::TemporaryDirectory configHome_;
     std::optional<ChildProcess> voltaro_;
 };
 

@@ -5,7 +5,6 @@
 #include <string>
 
 #include "core/telemetry/BatteryRegistry.h"
-#include "core/telemetry/SMCController.h"
 
 namespace voltaro::testing {
 
@@ -23,17 +22,6 @@ class FakeBatteryRegistry final : public BatteryRegistry {
         return dictionary;
     }
     std::optional<std::string> providingPowerSourceType() override { return powerSourceType; }
-};
-
-// A machine without a system management controller.
-class ClosedSMCController final : public SMCController {
-  public:
-    std::optional<SMCConnection> open(std::string_view) override { return std::nullopt; }
-    bool callStructMethod(SMCConnection, std::uint32_t, const SMCKeyDataBuffer&,
-                          SMCKeyDataBuffer&) override {
-        return false;
-    }
-    void close(SMCConnection) override {}
 };
 
 }  // namespace voltaro::testing

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "core/monitor/BatteryMonitor.h"
+#include "core/telemetry/UnavailableSMCController.h"
 #include "support/CrossThreadExecutor.h"
 #include "support/FakeApplicationCatalog.h"
 #include "support/FakeBatteryRegistry.h"
@@ -119,7 +120,7 @@ class DashboardHarness {
     voltaro::testing::ManualScheduler scheduler;
     voltaro::testing::CrossThreadExecutor executor{scheduler};
     voltaro::testing::FakeBatteryRegistry registry;
-    voltaro::testing::ClosedSMCController smc;
+    UnavailableSMCController smc;
     voltaro::testing::FakeProcessSource processes;
     voltaro::testing::FakeApplicationCatalog catalog;
     voltaro::testing::FakeLowPowerModeBackend lowPowerMode;

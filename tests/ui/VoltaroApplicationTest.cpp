@@ -9,6 +9,7 @@
 #include <QTest>
 #include <QWidget>
 
+#include "core/telemetry/UnavailableSMCController.h"
 #include "support/FakeApplicationCatalog.h"
 #include "support/FakeBatteryRegistry.h"
 #include "support/FakeLoginItemService.h"
@@ -50,7 +51,7 @@ class VoltaroApplicationTest : public ::testing::Test {
 
     voltaro::testing::ManualScheduler scheduler;
     voltaro::testing::FakeBatteryRegistry registry;
-    voltaro::testing::ClosedSMCController smc;
+    UnavailableSMCController smc;
     voltaro::testing::FakeProcessSource processes;
     voltaro::testing::FakeApplicationCatalog catalog;
     voltaro::testing::FakeLowPowerModeBackend lowPowerMode;

@@ -4,11 +4,11 @@
 #include <string_view>
 #include <system_error>
 
+#include "core/telemetry/UnavailableSMCController.h"
 #include "platform/linux/LinuxApplicationCatalog.h"
 #include "platform/linux/PowerProfilesBackend.h"
 #include "platform/linux/ProcProcessSource.h"
 #include "platform/linux/SysfsBatteryRegistry.h"
-#include "platform/linux/UnavailableSMCController.h"
 #include "platform/linux/XdgAutostartLoginItem.h"
 
 namespace voltaro::platform {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/common/RunLoop.h"
+#include "core/telemetry/UnavailableSMCController.h"
 #include "support/CrossThreadExecutor.h"
 #include "support/FakeApplicationCatalog.h"
 #include "support/FakeBatteryRegistry.h"
@@ -21,7 +22,7 @@ using namespace std::chrono_literals;
 // Everything a monitor reads from.
 struct FakeServices {
     testing::FakeBatteryRegistry registry;
-    testing::ClosedSMCController smc;
+    UnavailableSMCController smc;
     testing::FakeProcessSource processes;
     testing::FakeApplicationCatalog catalog;
     testing::FakeLowPowerModeBackend lowPowerMode;

@@ -5,6 +5,7 @@
 #include <limits>
 #include <string>
 
+#include "core/telemetry/UnavailableSMCController.h"
 #include "support/FakeBatteryRegistry.h"
 #include "support/ManualScheduler.h"
 
@@ -33,7 +34,7 @@ const D ipd{{"PowerDistribution", D{{"IPDInputPower", 41000}}}};
 
 struct ReaderFixture : ::testing::Test {
     testing::FakeBatteryRegistry registry;
-    testing::ClosedSMCController smc;
+    UnavailableSMCController smc;
     testing::ManualScheduler clock;
     BatteryReader reader{registry, smc, clock};
 };

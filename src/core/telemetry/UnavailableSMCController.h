@@ -2,10 +2,10 @@
 
 #include "core/telemetry/SMCController.h"
 
-namespace voltaro::platform {
+namespace voltaro {
 
-// Linux has no system management controller: every open fails, so the battery's own temperature
-// is used instead.
+// A machine without a system management controller (every Linux laptop): every open fails, so the
+// battery's own temperature is used instead.
 class UnavailableSMCController final : public SMCController {
   public:
     std::optional<SMCConnection> open(std::string_view) override { return std::nullopt; }
@@ -16,4 +16,4 @@ class UnavailableSMCController final : public SMCController {
     void close(SMCConnection) override {}
 };
 
-}  // namespace voltaro::platform
+}  // namespace voltaro
