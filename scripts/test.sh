@@ -1,11 +1,21 @@
 #!/usr/bin/env bash
-# Installs what is needed, builds Voltaro with its tests and runs every test; then runs the core
-# tests again under ThreadSanitizer, where any report fails the run.
+# Installs what is needed, builds Voltaro with its tests and runs every test; then runs the whole
+# suite again under AddressSanitizer and UndefinedBehaviorSanitizer, and the core tests under
+# ThreadSanitizer. Any sanitizer report fails the run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-dependencies.sh
 scripts/build.sh
 ctest --test-dir "${VOLTARO_BUILD_DIR:-build}" --output-on-failure --parallel "$(nproc)"
+
+# Unoptimised: the sanitizers find the same faults, and the build is much quicker.
+asan_dir=${VOLTARO_ASAN_BUILD_DIR:-build-asan}
+cmake -S . -B "$asan_dir" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVOLTARO_SANITIZE=address,undefined
+cmake --build "$asan_dir" --parallel "$(nproc)"
+ASAN_OPTIONS="detect_leaks=1:strict_string_checks=1:detect_stack_use_after_return=1" \
+    LSAN_OPTIONS="suppressions=$PWD/tests/sanitizers/lsan.supp:print_suppressions=0" \
+    UBSAN_OPTIONS="print_stacktrace=1" \
+    ctest --test-dir "$asan_dir" --output-on-failure --parallel "$(nproc)"
 
 # The low power mode changes on a thread of its own and hands its outcome back through the main
 # loop; the core tests drive that, so a build of them alone is enough here.

@@ -40,8 +40,8 @@ int main(int argc, char** argv) {
     }
 
     // Never destroyed, like the shared monitor that uses them: a low power change may still be
-    // running on its worker while the process exits.
-    const PlatformServices& platformServices = *new PlatformServices(PlatformServices::make(
+    // running on its worker while the process exits. Static, so it stays reachable to the end.
+    static const PlatformServices& platformServices = *new PlatformServices(PlatformServices::make(
         {.sysfsRoot = commandLine.sysfsRoot, .procRoot = commandLine.procRoot}));
 #ifdef VOLTARO_WITH_DESKTOP
     if (choice.frontEnd == FrontEnd::desktop) {
