@@ -12,6 +12,7 @@ packages=(
     qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-l10n-tools qt6-qpa-plugins fonts-dejavu-core
     xvfb xauth x11-utils
     appstream desktop-file-utils
+    htop btop tmux trayer
 )
 
 missing=()
