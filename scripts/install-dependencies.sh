@@ -4,6 +4,7 @@ set -euo pipefail
 
 packages=(
     cmake ninja-build g++ ccache pkg-config
+    clang
     libgtest-dev libgmock-dev libbenchmark-dev
     nlohmann-json3-dev libcli11-dev
     libsystemd-dev
@@ -11,6 +12,7 @@ packages=(
     qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-l10n-tools qt6-qpa-plugins fonts-dejavu-core
     xvfb xauth x11-utils
     appstream desktop-file-utils
+    htop btop tmux trayer
 )
 
 missing=()

@@ -166,6 +166,10 @@
         <translation>Bestätigung in den Systemeinstellungen erforderlich</translation>
     </message>
     <message>
+        <source>Launch at login could not be changed (%@).</source>
+        <translation>Das Starten bei der Anmeldung konnte nicht geändert werden (%@).</translation>
+    </message>
+    <message>
         <source>Show Percentage in Menu Bar</source>
         <translation>Prozent in der Menüleiste zeigen</translation>
     </message>

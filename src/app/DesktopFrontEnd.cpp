@@ -9,14 +9,15 @@
 #include <QWidget>
 #include <cerrno>
 #include <iostream>
+#include <memory>
 #include <optional>
 
 #include "app/RefreshTrace.h"
 #include "ui/DashboardPopup.h"
+#include "ui/DesktopShell.h"
 #include "ui/DisplayPreferencesStore.h"
 #include "ui/QtMainExecutor.h"
 #include "ui/ShownTexts.h"
-#include "ui/TrayItem.h"
 #include "ui/VoltaroApplication.h"
 
 namespace voltaro {
@@ -50,13 +51,15 @@ int runDesktopFrontEnd(int& argc, char** argv, const CommandLine& commandLine,
         trace.emplace(monitor, mainExecutor, SystemClock::instance(), std::cerr,
                       [&voltaro] { return shownTextsOf(voltaro); });
     }
-    ui::TrayItem tray(monitor.snapshot(), ui::DisplayPreferencesStore::shared());
-    voltaro.attachTrayItem(tray);
-    if (!tray.isInPanel()) {
+    const std::unique_ptr<ui::StatusItem> tray =
+        ui::DesktopShell::makeStatusItem(monitor.snapshot(), ui::DisplayPreferencesStore::shared());
+    voltaro.attachTrayItem(*tray);
+    if (!tray->isInPanel()) {
         std::cerr << "voltaro: no tray in the panel yet; the battery shows there once one "
                      "appears\n";
     }
     voltaro.start();
+    ui::DesktopShell::presentApplication(commandLine.previewWindow);
     if (commandLine.previewWindow) {
         voltaro.showPreviewWindow();
     }

@@ -41,6 +41,7 @@ GraphicalSession GraphicalSession::fromEnvironment() {
     session.display = variable("DISPLAY");
     session.waylandDisplay = variable("WAYLAND_DISPLAY");
     session.qtPlatform = variable("QT_QPA_PLATFORM");
+    session.hasWindowServer = VOLTARO_WINDOW_SERVER != 0;
     return session;
 }
 
@@ -50,6 +51,10 @@ FrontEndChoice chooseFrontEnd(const CommandLine& commandLine, const GraphicalSes
     }
     if (!session.builtWithWindows) {
         return {FrontEnd::terminal, std::string("voltaro: built without windows") + instead};
+    }
+    if (session.hasWindowServer && !session.qtPlatform) {
+        // Probing it would start AppKit in a forked child, which macOS does not allow.
+        return {FrontEnd::desktop, std::nullopt};
     }
     if (!session.display && !session.waylandDisplay && !session.qtPlatform) {
         return {FrontEnd::terminal,

@@ -14,10 +14,13 @@ struct GraphicalSession {
     std::optional<std::string> display;         // DISPLAY
     std::optional<std::string> waylandDisplay;  // WAYLAND_DISPLAY
     std::optional<std::string> qtPlatform;      // QT_QPA_PLATFORM: a platform chosen on purpose
+    // macOS draws every login session through its one window server, which no variable names.
+    bool hasWindowServer = false;
     // Whether Qt's platform really opens; asked last, as it talks to the display server.
     std::function<bool()> platformOpens;
 
-    // The variables as this process has them; empty ones count as unset.
+    // The variables as this process has them (empty ones count as unset), and whether this OS
+    // has a window server.
     static GraphicalSession fromEnvironment();
 };
 

@@ -4,7 +4,9 @@
 #include <QPainter>
 #include <map>
 #include <tuple>
+#include <utility>
 
+#include "ui/DesktopShell.h"
 #include "ui/SymbolImage.h"
 
 namespace voltaro::ui::ApplicationIconImage {
@@ -38,7 +40,10 @@ std::optional<QIcon> load(const ApplicationIcon& icon) {
             }
             break;
         case ApplicationIcon::Kind::bundlePath:
-            // A macOS bundle's picture needs the workspace; without it the row shows the symbol.
+            // The desktop's own picture for the path: the workspace's icon on macOS.
+            if (auto desktopIcon = DesktopShell::iconForPath(value)) {
+                loaded = std::move(*desktopIcon);
+            }
             break;
     }
     if (!draws(loaded)) {

@@ -7,11 +7,12 @@
 
 namespace voltaro::ui::BatterySettings {
 
-// The desktop's own power settings as a program and its arguments: the first of GNOME's, KDE's
-// and XFCE's panels that is installed, or nothing.
+// Linux only: the desktop's own power settings as a program and its arguments, the first of
+// GNOME's, KDE's and XFCE's panels that is installed, or nothing.
 std::optional<QStringList> command(const std::function<bool(const QString& program)>& isInstalled);
 
-// Opens the system's battery settings; does nothing where there are none.
+// Opens the system's battery settings; does nothing where there are none. Each OS folder
+// defines it.
 void open();
 
 }  // namespace voltaro::ui::BatterySettings

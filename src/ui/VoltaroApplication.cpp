@@ -11,8 +11,8 @@
 #include "ui/DashboardPopup.h"
 #include "ui/DashboardView.h"
 #include "ui/SettingsView.h"
+#include "ui/StatusItem.h"
 #include "ui/Translation.h"
-#include "ui/TrayItem.h"
 
 namespace voltaro::ui {
 namespace {
@@ -110,15 +110,15 @@ void VoltaroApplication::quit() {
     quitApplication();
 }
 
-void VoltaroApplication::attachTrayItem(TrayItem& tray) {
-    connect(&tray, &TrayItem::activated, this, &VoltaroApplication::toggleDashboard);
+void VoltaroApplication::attachTrayItem(StatusItem& tray) {
+    connect(&tray, &StatusItem::activated, this, &VoltaroApplication::toggleDashboard);
     // The menu gives no place to open at; the cursor is where the user just was.
-    connect(&tray, &TrayItem::openDashboardRequested, this,
+    connect(&tray, &StatusItem::openDashboardRequested, this,
             [this] { openDashboard(std::nullopt); });
-    connect(&tray, &TrayItem::openSettingsRequested, this, &VoltaroApplication::openSettings);
-    connect(&tray, &TrayItem::quitRequested, this, &VoltaroApplication::quit);
+    connect(&tray, &StatusItem::openSettingsRequested, this, &VoltaroApplication::openSettings);
+    connect(&tray, &StatusItem::quitRequested, this, &VoltaroApplication::quit);
     // An item no panel shows reaches nobody: then the last window closing still quits.
-    connect(&tray, &TrayItem::panelPresenceChanged, this,
+    connect(&tray, &StatusItem::panelPresenceChanged, this,
             &VoltaroApplication::setReachableWithoutWindows);
     setReachableWithoutWindows(tray.isInPanel());
 }

@@ -16,7 +16,7 @@ namespace voltaro::ui {
 
 class DashboardPopup;
 class SettingsView;
-class TrayItem;
+class StatusItem;
 
 // Names the application (so its preferences land in ~/.config/Voltaro/Voltaro.conf), keeps it
 // alive without windows, and speaks the user's language. Call once, after QApplication exists.
@@ -52,7 +52,7 @@ class VoltaroApplication : public QObject {
     // From now on the tray item's clicks and menu reach the windows, and while a panel shows
     // the item, closing the last window no longer quits: the item keeps the application within
     // reach.
-    void attachTrayItem(TrayItem& tray);
+    void attachTrayItem(StatusItem& tray);
 
     // The tray item keeps the application within reach after its last window closes. Until one
     // is there, closing the last window quits, so no invisible process lingers.

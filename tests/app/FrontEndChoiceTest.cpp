@@ -84,6 +84,15 @@ TEST(FrontEndChoiceTest, APlatformChosenOnPurposeCountsAsASession) {
     EXPECT_EQ(chooseFrontEnd(parse({}), offscreen).frontEnd, FrontEnd::desktop);
 }
 
+TEST(FrontEndChoiceTest, AWindowServerNeedsNoDisplayVariableAndNoProbe) {
+    GraphicalSession mac = x11Session();
+    mac.display.reset();
+    mac.hasWindowServer = true;
+    mac.platformOpens = [] { return false; };
+    EXPECT_EQ(chooseFrontEnd(parse({}), mac).frontEnd, FrontEnd::desktop);
+    EXPECT_EQ(chooseFrontEnd(parse({"--json"}), mac).frontEnd, FrontEnd::terminal);
+}
+
 TEST(FrontEndChoiceTest, ReadsTheSessionFromTheEnvironmentWithEmptyMeaningUnset) {
     testing::ScopedEnvironment display("DISPLAY", ":3");
     testing::ScopedEnvironment wayland("WAYLAND_DISPLAY", "");

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <utility>
 
@@ -85,13 +86,14 @@ int ProcDirectory::readFile(const char* name, std::string& text) const {
 }
 
 std::optional<std::string> ProcDirectory::readLink(const char* name) const {
-    std::string target(4096, '\0');
+    // Read on the stack: the caller keeps the result for the life of the process, and a string
+    // shrunk from a full-sized buffer would keep its capacity.
+    std::array<char, 4096> target;
     const ssize_t length = ::readlinkat(descriptor_, name, target.data(), target.size());
     if (length <= 0 || static_cast<std::size_t>(length) >= target.size()) {
         return std::nullopt;
     }
-    target.resize(static_cast<std::size_t>(length));
-    return target;
+    return std::string(target.data(), static_cast<std::size_t>(length));
 }
 
 }  // namespace voltaro::platform

@@ -210,6 +210,8 @@ TEST(ProcProcessSourceTest, KeepsASleepingChildsCountersAndDropsItOnceReaped) { 
     ASSERT_TRUE(metadata);
     EXPECT_EQ(metadata->parentPID, ::getpid());
     EXPECT_EQ(metadata->executablePath, std::filesystem::read_symlink("/proc/self/exe").string());
+    // Kept for the life of every process: no path-sized buffer behind the text.
+    EXPECT_LT(metadata->executablePath->capacity(), 256u);
     EXPECT_TRUE(metadata->name);
 
     ::kill(child, SIGKILL);

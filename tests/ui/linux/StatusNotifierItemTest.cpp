@@ -1,4 +1,4 @@
-#include "ui/StatusNotifierItem.h"
+#include "ui/linux/StatusNotifierItem.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "ui/DBusMenu.h"
+#include "ui/linux/DBusMenu.h"
 
 #include <QDBusError>
 #include <QDBusMessage>

@@ -13,6 +13,7 @@
 #include "core/common/Published.h"
 #include "core/presentation/MenuBarLabelTexts.h"
 #include "core/telemetry/BatterySnapshot.h"
+#include "ui/StatusItem.h"
 
 class QMenu;
 class QSystemTrayIcon;
@@ -26,7 +27,7 @@ class StatusNotifierItem;
 // The application's presence in the panel: the battery glyph with the status text, kept up to
 // date with the snapshot and the label choices. Shown through the StatusNotifier hosts when a
 // watcher runs on the bus, otherwise as an XEmbed tray icon with the whole label drawn in.
-class TrayItem : public QObject {
+class TrayItem final : public StatusItem {
     Q_OBJECT
 
   public:
@@ -43,21 +44,10 @@ class TrayItem : public QObject {
     // Through a StatusNotifierWatcher rather than an XEmbed tray.
     bool usesStatusNotifier() const;
     // Shown by a StatusNotifierWatcher or an XEmbed tray; neither may run yet at login.
-    bool isInPanel() const { return usesStatusNotifier() || fallback_ != nullptr; }
+    bool isInPanel() const override { return usesStatusNotifier() || fallback_ != nullptr; }
 
     // The glyph padded into the square sizes hosts draw icons at.
     static QList<QImage> iconSizes(const BatterySnapshot& snapshot, const QColor& color);
-
-  signals:
-    // A click on the item, with where it was when the host or the tray tells: the item's
-    // rectangle, or the clicked point as an empty rectangle.
-    void activated(std::optional<QRect> anchor);
-    // The menu's choices.
-    void openDashboardRequested();
-    void openSettingsRequested();
-    void quitRequested();
-    // A panel took the item up, or the last one let it go.
-    void panelPresenceChanged(bool isInPanel);
 
   private:
     MenuBarLabelChoices currentChoices() const;

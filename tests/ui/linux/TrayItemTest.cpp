@@ -1,4 +1,4 @@
-#include "ui/TrayItem.h"
+#include "ui/linux/TrayItem.h"
 
 #include <gtest/gtest.h>
 #include <QCoreApplication>
@@ -10,11 +10,11 @@
 #include <chrono>
 #include <memory>
 
-#include "ui/DBusMenu.h"
 #include "ui/DisplayPreferencesStore.h"
 #include "ui/EventLoop.h"
-#include "ui/StatusNotifierItem.h"
 #include "ui/TemporaryPreferences.h"
+#include "ui/linux/DBusMenu.h"
+#include "ui/linux/StatusNotifierItem.h"
 
 namespace voltaro::ui {
 namespace {

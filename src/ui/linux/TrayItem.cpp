@@ -1,4 +1,4 @@
-#include "ui/TrayItem.h"
+#include "ui/linux/TrayItem.h"
 
 #include <QGuiApplication>
 #include <QIcon>
@@ -8,13 +8,13 @@
 #include <QPixmap>
 #include <QSystemTrayIcon>
 
-#include "ui/DBusMenu.h"
 #include "ui/DisplayPreferencesStore.h"
 #include "ui/MenuBarBatteryImage.h"
 #include "ui/MenuBarLabel.h"
 #include "ui/Observation.h"
-#include "ui/StatusNotifierItem.h"
 #include "ui/Translation.h"
+#include "ui/linux/DBusMenu.h"
+#include "ui/linux/StatusNotifierItem.h"
 
 namespace voltaro::ui {
 namespace {
@@ -33,7 +33,7 @@ QString menuText(const char* english) {
 
 TrayItem::TrayItem(Observable<BatterySnapshot>& snapshot, DisplayPreferencesStore& preferences,
                    const QDBusConnection& bus, QObject* parent)
-    : QObject(parent),
+    : StatusItem(parent),
       snapshot_(snapshot),
       preferences_(preferences),
       textColor_(QGuiApplication::palette().color(QPalette::WindowText)),

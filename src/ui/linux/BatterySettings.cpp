@@ -1,9 +1,7 @@
 #include "ui/BatterySettings.h"
 
-#include <QDesktopServices>
 #include <QProcess>
 #include <QStandardPaths>
-#include <QUrl>
 
 namespace voltaro::ui::BatterySettings {
 
@@ -22,19 +20,11 @@ std::optional<QStringList> command(const std::function<bool(const QString& progr
 }
 
 void open() {
-#ifdef __APPLE__
-    const QUrl url(
-        QStringLiteral("x-apple.systempreferences:com.apple.Battery-Settings.extension"));
-    if (url.isValid()) {
-        QDesktopServices::openUrl(url);
-    }
-#else
     const auto found = command(
         [](const QString& program) { return !QStandardPaths::findExecutable(program).isEmpty(); });
     if (found) {
         QProcess::startDetached(found->front(), found->mid(1));
     }
-#endif
 }
 
 }  // namespace voltaro::ui::BatterySettings

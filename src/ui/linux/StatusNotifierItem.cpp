@@ -1,4 +1,4 @@
-#include "ui/StatusNotifierItem.h"
+#include "ui/linux/StatusNotifierItem.h"
 
 #include <QCoreApplication>
 #include <QDBusAbstractAdaptor>

@@ -1,0 +1,27 @@
+# Away from a Mac, the Objective-C++ of the macOS build is still type-checked: clang parses each .mm
+# against declaration-only copies of the Apple headers it imports (tests/macos/sdk), with our own
+# warnings as errors. Nothing is linked; a Mac builds these files for real.
+find_program(VOLTARO_CLANGXX NAMES clang++ clang++-14 REQUIRED)
+
+file(GLOB_RECURSE VOLTARO_OBJCXX_SOURCES CONFIGURE_DEPENDS
+    "${PROJECT_SOURCE_DIR}/src/platform/macos/system/*.mm"
+    "${PROJECT_SOURCE_DIR}/src/ui/macos/*.mm")
+
+set(stamps "")
+foreach(source IN LISTS VOLTARO_OBJCXX_SOURCES)
+    file(RELATIVE_PATH name "${PROJECT_SOURCE_DIR}" "${source}")
+    string(MAKE_C_IDENTIFIER "${name}" identifier)
+    set(stamp "${PROJECT_BINARY_DIR}/objcxx-syntax/${identifier}.checked")
+    add_custom_command(OUTPUT "${stamp}"
+        COMMAND "${VOLTARO_CLANGXX}" -x objective-c++ -std=c++20 -fsyntax-only
+            -fobjc-runtime=macosx-13.0 -fobjc-arc -Wall -Wextra -Werror
+            -isystem "${PROJECT_SOURCE_DIR}/tests/macos/sdk" -I "${PROJECT_SOURCE_DIR}/src"
+            -MD -MF "${stamp}.d" -MT "${stamp}" "${source}"
+        COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
+        DEPENDS "${source}"
+        DEPFILE "${stamp}.d"
+        COMMENT "Checking Objective-C++ ${name}"
+        VERBATIM)
+    list(APPEND stamps "${stamp}")
+endforeach()
+add_custom_target(objcxx_syntax_check ALL DEPENDS ${stamps})

@@ -1,0 +1,170 @@
+#include "platform/macos/LibprocProcessSource.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "core/energy/ProcessEnergyMonitor.h"
+#include "macos/FakeLibproc.h"
+#include "support/FakeApplicationCatalog.h"
+#include "support/ManualScheduler.h"
+
+namespace voltaro::platform {
+namespace {
+
+using testing::FakeLibproc;
+constexpr std::uint64_t kMaximum = std::numeric_limits<std::uint64_t>::max();
+
+TEST(LibprocProcessSourceTest, ListsTheUsersProcessesAsTheKernelAnswers) {
+    std::vector<std::int32_t> forty(40);
+    for (int i = 0; i < 40; ++i) {
+        forty[static_cast<std::size_t>(i)] = 100 + i;
+    }
+    const struct {
+        const char* description;
+        std::vector<std::int32_t> listing;
+        std::optional<int> firstAnswer;
+        std::optional<int> secondAnswer;
+        std::vector<ProcessID> expected;
+        std::vector<int> bufferSizes;  // one per listing call
+    } cases[] = {
+        {"in the kernel's order", {4711, 1, 300}, {}, {}, {4711, 1, 300}, {0, (3 + 32) * 4}},
+        {"zero and negative entries left out", {0, 12, -3, 13}, {}, {}, {12, 13}, {0, 144}},
+        {"nothing needed", {12}, 0, {}, {}, {0}},
+        {"sizing fails", {12}, -1, {}, {}, {0}},
+        {"nonsense size", {12}, std::numeric_limits<int>::max(), {}, {}, {0}},
+        {"filling fails", {12}, {}, 0, {}, {0, 132}},
+        {"answer beyond the buffer is cut to it",
+         forty,
+         8,
+         160,
+         {forty.begin(), forty.begin() + 34},
+         {0, 34 * 4}},
+        {"partial entry ignored", {12, 13, 14}, {}, 10, {12, 13}, {0, 140}},
+    };
+    for (const auto& c : cases) {
+        FakeLibproc libproc;
+        libproc.listing = c.listing;
+        libproc.firstListingAnswer = c.firstAnswer;
+        libproc.secondListingAnswer = c.secondAnswer;
+
+        EXPECT_EQ(LibprocProcessSource(libproc.calls()).userProcessIDs(), c.expected)
+            << c.description;
+        EXPECT_EQ(libproc.listingBufferSizes(), c.bufferSizes) << c.description;
+        EXPECT_EQ(libproc.misuse(), std::vector<std::string>{}) << c.description;
+    }
+}
+
+TEST(LibprocProcessSourceTest, ReadsTheUsageCountersWithASaturatingWakeUpSum) {
+    using Process = FakeLibproc::Process;
+    const auto wakeups = [](std::uint64_t packageIdle, std::uint64_t interrupt) {
+        return Process{.packageIdleWakeups = packageIdle, .interruptWakeups = interrupt};
+    };
+    const struct {
+        std::optional<Process> process;
+        std::optional<ProcessUsage> expected;
+    } cases[] = {
+        {Process{.startTime = 88,
+                 .energyNanojoules = 5'000'000'000,
+                 .diskBytesRead = 4096,
+                 .diskBytesWritten = 512,
+                 .packageIdleWakeups = 3,
+                 .interruptWakeups = 4},
+         ProcessUsage{88, 5'000'000'000, 4096, 512, 7}},
+        {Process{.usageFails = true}, std::nullopt},
+        {std::nullopt, std::nullopt},
+        {wakeups(kMaximum, 1), ProcessUsage{1, 0, 0, 0, kMaximum}},
+        {wakeups(1, kMaximum), ProcessUsage{1, 0, 0, 0, kMaximum}},
+        {wakeups(kMaximum - 1, 1), ProcessUsage{1, 0, 0, 0, kMaximum}},
+        {wakeups(kMaximum, kMaximum), ProcessUsage{1, 0, 0, 0, kMaximum}},
+        {wakeups(1ull << 63, 1ull << 62), ProcessUsage{1, 0, 0, 0, (1ull << 63) + (1ull << 62)}},
+    };
+    for (const auto& c : cases) {
+        FakeLibproc libproc;
+        if (c.process) {
+            libproc.processes[7] = *c.process;
+        }
+        EXPECT_EQ(LibprocProcessSource(libproc.calls()).usage(7), c.expected);
+    }
+}
+
+TEST(LibprocProcessSourceTest, ReadsMetadataOnlyFromAWholeBasicRecord) {
+    const std::string unterminated = std::string(1023, 'a') + "\xFF";
+    const struct {
+        const char* description;
+        FakeLibproc::Process process;
+        std::optional<RawProcessMetadata> expected;
+        std::vector<std::string> calls;
+    } cases[] = {
+        {"everything",
+         {.parentPID = 1, .path = "/usr/local/bin/worker", .name = "worker"},
+         RawProcessMetadata{1, "/usr/local/bin/worker", "worker"},
+         {"pidinfo", "pidpath", "name"}},
+        {"no basic record", {.bsdInfoAnswer = 0}, std::nullopt, {"pidinfo"}},
+        {"short basic record", {.bsdInfoAnswer = 135}, std::nullopt, {"pidinfo"}},
+        {"path fails", {.parentPID = 9, .name = "w"}, RawProcessMetadata{9, {}, "w"}, {}},
+        {"name fails", {.path = "/bin/w"}, RawProcessMetadata{1, "/bin/w", {}}, {}},
+        {"parent above the signed range",
+         {.parentPID = 0xFFFFFFFF, .name = "w"},
+         RawProcessMetadata{-1, {}, "w"},
+         {}},
+        {"name without a terminating zero",
+         {.name = unterminated},
+         RawProcessMetadata{1, {}, std::string(1023, 'a') + "\uFFFD"},
+         {}},
+    };
+    for (const auto& c : cases) {
+        FakeLibproc libproc;
+        libproc.processes[4711] = c.process;
+        const auto metadata = LibprocProcessSource(libproc.calls()).metadata(4711);
+
+        ASSERT_EQ(metadata.has_value(), c.expected.has_value()) << c.description;
+        if (metadata) {
+            EXPECT_EQ(metadata->parentPID, c.expected->parentPID) << c.description;
+            EXPECT_EQ(metadata->executablePath, c.expected->executablePath) << c.description;
+            EXPECT_EQ(metadata->name, c.expected->name) << c.description;
+        }
+        if (!c.calls.empty()) {
+            EXPECT_EQ(libproc.callsFor(4711), c.calls) << c.description;
+        }
+        EXPECT_EQ(libproc.misuse(), std::vector<std::string>{}) << c.description;
+    }
+}
+
+// The monitor names processes from what the source found, and reads a process's basic record,
+// path and name once per incarnation.
+TEST(LibprocProcessSourceTest, FeedsTheEnergyMonitor) {
+    FakeLibproc libproc;
+    libproc.listing = {4711, 4712};
+    libproc.processes[4711] = {.startTime = 10};
+    libproc.processes[4712] = {.startTime = 20, .path = "/usr/local/bin/worker"};
+    LibprocProcessSource source(libproc.calls());
+    testing::FakeApplicationCatalog catalog;
+    testing::ManualScheduler clock;
+    ProcessEnergyMonitor monitor(source, catalog, clock);
+
+    auto metadataCalls = [&](int pid) {
+        const auto calls = libproc.callsFor(pid);
+        return std::count(calls.begin(), calls.end(), "pidinfo");
+    };
+    auto passWithEnergy = [&] {
+        libproc.processes[4711].energyNanojoules += 20'000'000'000;
+        libproc.processes[4712].energyNanojoules += 10'000'000'000;
+        clock.advance(std::chrono::seconds(2));
+        return monitor.sample(std::nullopt);
+    };
+    passWithEnergy();
+    const auto report = passWithEnergy();
+    ASSERT_EQ(report.applications.size(), 2u);
+    EXPECT_EQ(report.applications[0].name, "PID 4711");
+    EXPECT_EQ(report.applications[1].name, "worker");
+    EXPECT_EQ(metadataCalls(4711), 1);
+
+    libproc.processes[4711].startTime = 11;  // the PID now names another process
+    passWithEnergy();
+    EXPECT_EQ(metadataCalls(4711), 2);
+    EXPECT_EQ(metadataCalls(4712), 1);
+}
+
+}  // namespace
+}  // namespace voltaro::platform

@@ -1,0 +1,217 @@
+// Declarations only, with the signatures and values of Apple's macOS 13 SDK, for the AppKit calls
+// our Objective-C++ makes. Nothing here is ever linked.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#define APPKIT_EXTERN extern "C"
+
+NS_ASSUME_NONNULL_BEGIN
+
+@class NSWindow;
+@class NSScreen;
+
+typedef NSString* NSColorSpaceName;
+APPKIT_EXTERN NSColorSpaceName NSDeviceRGBColorSpace;
+APPKIT_EXTERN NSColorSpaceName NSCalibratedRGBColorSpace;
+
+typedef CGFloat NSFontWeight;
+APPKIT_EXTERN const NSFontWeight NSFontWeightRegular;
+APPKIT_EXTERN const NSFontWeight NSFontWeightMedium;
+
+APPKIT_EXTERN NSAttributedStringKey NSFontAttributeName;
+APPKIT_EXTERN NSAttributedStringKey NSForegroundColorAttributeName;
+
+typedef NS_ENUM(NSUInteger, NSCompositingOperation) {
+    NSCompositingOperationClear = 0,
+    NSCompositingOperationCopy = 1,
+    NSCompositingOperationSourceOver = 2,
+};
+
+typedef NS_OPTIONS(NSUInteger, NSBitmapFormat) {
+    NSBitmapFormatAlphaFirst = 1 << 0,
+    NSBitmapFormatAlphaNonpremultiplied = 1 << 1,
+    NSBitmapFormatFloatingPointSamples = 1 << 2,
+};
+
+typedef NS_OPTIONS(unsigned long long, NSEventMask) {
+    NSEventMaskLeftMouseDown = 1ULL << 1,
+    NSEventMaskLeftMouseUp = 1ULL << 2,
+    NSEventMaskRightMouseDown = 1ULL << 3,
+    NSEventMaskRightMouseUp = 1ULL << 4,
+};
+
+typedef NS_ENUM(NSUInteger, NSCellImagePosition) {
+    NSNoImage = 0,
+    NSImageOnly = 1,
+    NSImageLeft = 2,
+    NSImageRight = 3,
+    NSImageBelow = 4,
+    NSImageAbove = 5,
+    NSImageOverlaps = 6,
+    NSImageLeading = 7,
+    NSImageTrailing = 8,
+};
+
+// Left is 0 on every Mac; the other values differ between Intel and Apple silicon.
+typedef NS_ENUM(NSInteger, NSTextAlignment) {
+    NSTextAlignmentLeft = 0,
+};
+
+typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) {
+    NSApplicationActivationPolicyRegular = 0,
+    NSApplicationActivationPolicyAccessory = 1,
+    NSApplicationActivationPolicyProhibited = 2,
+};
+
+typedef NS_ENUM(NSUInteger, NSImageInterpolation) {
+    NSImageInterpolationDefault = 0,
+    NSImageInterpolationNone = 1,
+    NSImageInterpolationLow = 2,
+    NSImageInterpolationMedium = 4,
+    NSImageInterpolationHigh = 3,
+};
+
+static const CGFloat NSVariableStatusItemLength = -1;
+static const CGFloat NSSquareStatusItemLength = -2;
+
+@interface NSColor : NSObject <NSCopying>
+@property(class, strong, readonly) NSColor* labelColor;
+@property(class, strong, readonly) NSColor* systemYellowColor;
+@end
+
+@interface NSFont : NSObject <NSCopying>
++ (NSFont*)monospacedDigitSystemFontOfSize:(CGFloat)fontSize weight:(NSFontWeight)weight;
++ (NSFont*)menuBarFontOfSize:(CGFloat)fontSize;
+@property(class, readonly) CGFloat systemFontSize;
+@property(readonly) CGFloat pointSize;
+@end
+
+@interface NSString (NSStringDrawing)
+- (NSSize)sizeWithAttributes:(nullable NSDictionary<NSAttributedStringKey, id>*)attrs;
+@end
+
+@interface NSImageRep : NSObject <NSCopying>
+@property NSSize size;
+@property NSInteger pixelsWide;
+@property NSInteger pixelsHigh;
+@end
+
+@interface NSBitmapImageRep : NSImageRep
+- (nullable instancetype)initWithBitmapDataPlanes:(unsigned char* _Nullable* _Nullable)planes
+                                       pixelsWide:(NSInteger)width
+                                       pixelsHigh:(NSInteger)height
+                                    bitsPerSample:(NSInteger)bps
+                                  samplesPerPixel:(NSInteger)spp
+                                         hasAlpha:(BOOL)alpha
+                                         isPlanar:(BOOL)isPlanar
+                                   colorSpaceName:(NSColorSpaceName)colorSpaceName
+                                     bitmapFormat:(NSBitmapFormat)bitmapFormat
+                                      bytesPerRow:(NSInteger)rBytes
+                                     bitsPerPixel:(NSInteger)pBits;
+@property(nullable, readonly) unsigned char* bitmapData NS_RETURNS_INNER_POINTER;
+@property(readonly) NSInteger bytesPerRow;
+@end
+
+@interface NSImage : NSObject <NSCopying>
+- (instancetype)initWithSize:(NSSize)size;
+- (void)addRepresentation:(NSImageRep*)imageRep;
+@property NSSize size;
+// The SDK's property is named after a C++ keyword; Objective-C++ reaches it through these.
+- (void)setTemplate:(BOOL)isTemplate;
+- (BOOL)isTemplate;
+- (void)drawInRect:(NSRect)rect
+          fromRect:(NSRect)fromRect
+         operation:(NSCompositingOperation)op
+          fraction:(CGFloat)delta;
+@end
+
+@interface NSGraphicsContext : NSObject
++ (nullable NSGraphicsContext*)graphicsContextWithBitmapImageRep:(NSBitmapImageRep*)bitmapRep;
+@property(class, nullable, strong) NSGraphicsContext* currentContext;
++ (void)saveGraphicsState;
++ (void)restoreGraphicsState;
+- (void)flushGraphics;
+@property NSImageInterpolation imageInterpolation;
+@end
+
+@interface NSResponder : NSObject
+@end
+
+@interface NSView : NSResponder
+@property NSRect bounds;
+@property(nullable, readonly, unsafe_unretained) NSWindow* window;
+- (NSRect)convertRect:(NSRect)rect toView:(nullable NSView*)view;
+@property(readonly) NSSize intrinsicContentSize;
+@property(nullable, copy) NSString* accessibilityLabel;
+@end
+
+@interface NSControl : NSView
+@property(nullable, weak) id target;
+@property(nullable) SEL action;
+- (NSInteger)sendActionOn:(NSEventMask)mask;
+@property(nullable, strong) NSFont* font;
+@property NSTextAlignment alignment;
+@end
+
+@interface NSButton : NSControl
+@property(copy) NSString* title;
+@property(copy) NSAttributedString* attributedTitle;
+@property(nullable, strong) NSImage* image;
+@property NSCellImagePosition imagePosition;
+@end
+
+@interface NSStatusBarButton : NSButton
+@property BOOL appearsDisabled;
+@end
+
+@interface NSWindow : NSResponder
+- (NSRect)convertRectToScreen:(NSRect)rect;
+@property(nullable, readonly, strong) NSScreen* screen;
+@end
+
+@interface NSScreen : NSObject
+@property(class, readonly, copy) NSArray<NSScreen*>* screens;
+@property(readonly) NSRect frame;
+@end
+
+@class NSStatusItem;
+
+@interface NSStatusBar : NSObject
+@property(class, readonly, strong) NSStatusBar* systemStatusBar;
+- (NSStatusItem*)statusItemWithLength:(CGFloat)length;
+- (void)removeStatusItem:(NSStatusItem*)item;
+@property(readonly) CGFloat thickness;
+@end
+
+@interface NSStatusItem : NSObject
+@property(readonly, weak) NSStatusBar* statusBar;
+@property CGFloat length;
+@property(nullable, readonly, strong) NSStatusBarButton* button;
+@property(getter=isVisible) BOOL visible;
+@end
+
+@interface NSApplication : NSResponder
+@property(class, readonly, strong) __kindof NSApplication* sharedApplication;
+- (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy;
+- (NSApplicationActivationPolicy)activationPolicy;
+- (void)activateIgnoringOtherApps:(BOOL)flag;
+@end
+
+APPKIT_EXTERN __kindof NSApplication* _Null_unspecified NSApp;
+
+@interface NSWorkspace : NSObject
+@property(class, readonly, strong) NSWorkspace* sharedWorkspace;
+- (NSImage*)iconForFile:(NSString*)fullPath;
+- (BOOL)openURL:(NSURL*)url;
+@end
+
+@interface NSRunningApplication : NSObject
++ (nullable instancetype)runningApplicationWithProcessIdentifier:(pid_t)pid;
+@property(nullable, readonly, strong) NSImage* icon;
+@property(nullable, readonly, copy) NSURL* bundleURL;
+@property(nullable, readonly, copy) NSURL* executableURL;
+@property(readonly) pid_t processIdentifier;
+@end
+
+NS_ASSUME_NONNULL_END

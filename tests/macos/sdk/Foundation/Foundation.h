@@ -1,0 +1,137 @@
+// Declarations only, with the signatures and values of Apple's macOS 13 SDK, for the Foundation
+// calls our Objective-C++ makes: lets clang type-check those files on a machine without the SDK.
+// Nothing here is ever linked.
+#pragma once
+
+#include <stdint.h>
+#include <sys/types.h>
+
+#define NS_ASSUME_NONNULL_BEGIN _Pragma("clang assume_nonnull begin")
+#define NS_ASSUME_NONNULL_END _Pragma("clang assume_nonnull end")
+#define NS_ENUM(type, name) \
+    enum name : type name;  \
+    enum name : type
+// As the SDK has it for C++: the options type is the integer, so that options combine.
+#define NS_OPTIONS(type, name) \
+    type name;                 \
+    enum : type
+#define FOUNDATION_EXPORT extern "C"
+#define API_AVAILABLE(...)
+#define NS_RETURNS_INNER_POINTER __attribute__((objc_returns_inner_pointer))
+
+typedef long NSInteger;
+typedef unsigned long NSUInteger;
+typedef double CGFloat;
+typedef double NSTimeInterval;
+typedef bool BOOL;
+#define nil nullptr
+#define YES __objc_yes
+#define NO __objc_no
+
+struct CGPoint {
+    CGFloat x;
+    CGFloat y;
+};
+struct CGSize {
+    CGFloat width;
+    CGFloat height;
+};
+struct CGRect {
+    CGPoint origin;
+    CGSize size;
+};
+typedef struct CGPoint CGPoint;
+typedef struct CGSize CGSize;
+typedef struct CGRect CGRect;
+typedef CGPoint NSPoint;
+typedef CGSize NSSize;
+typedef CGRect NSRect;
+FOUNDATION_EXPORT const NSRect NSZeroRect;
+static inline NSRect NSMakeRect(CGFloat x, CGFloat y, CGFloat w, CGFloat h) {
+    NSRect r;
+    r.origin.x = x;
+    r.origin.y = y;
+    r.size.width = w;
+    r.size.height = h;
+    return r;
+}
+static inline NSSize NSMakeSize(CGFloat w, CGFloat h) {
+    NSSize s;
+    s.width = w;
+    s.height = h;
+    return s;
+}
+
+NS_ASSUME_NONNULL_BEGIN
+
+@class NSString;
+
+@protocol NSObject
+- (BOOL)isEqual:(id)object;
+- (BOOL)isKindOfClass:(Class)aClass;
+- (BOOL)respondsToSelector:(SEL)aSelector;
+@end
+
+@protocol NSCopying
+- (id)copyWithZone:(nullable void*)zone;
+@end
+
+__attribute__((objc_root_class))
+@interface NSObject<NSObject>
++ (instancetype)alloc;
++ (instancetype)new;
++ (Class)class;
+- (instancetype)init;
+- (id)copy;
+@end
+
+@interface NSString : NSObject <NSCopying>
++ (nullable instancetype)stringWithUTF8String:(const char*)nullTerminatedCString;
+@property(nullable, readonly) const char* UTF8String NS_RETURNS_INNER_POINTER;
+@property(readonly) NSUInteger length;
+@end
+
+@interface NSArray<__covariant ObjectType> : NSObject <NSCopying>
+@property(readonly) NSUInteger count;
+@property(nullable, nonatomic, readonly) ObjectType firstObject;
+- (ObjectType)objectAtIndex:(NSUInteger)index;
+@end
+
+@interface NSDictionary<__covariant KeyType, __covariant ObjectType> : NSObject <NSCopying>
++ (instancetype)dictionaryWithObjects:(const ObjectType _Nonnull[_Nullable])objects
+                              forKeys:(const KeyType<NSCopying> _Nonnull[_Nullable])keys
+                                count:(NSUInteger)cnt;
+- (nullable ObjectType)objectForKey:(KeyType)aKey;
+@end
+
+@interface NSURL : NSObject <NSCopying>
++ (nullable instancetype)URLWithString:(NSString*)URLString;
++ (NSURL*)fileURLWithPath:(NSString*)path isDirectory:(BOOL)isDir;
++ (NSURL*)fileURLWithPath:(NSString*)path;
+@property(nullable, readonly, copy) NSString* path;
+@end
+
+@interface NSError : NSObject <NSCopying>
+@property(readonly, copy) NSString* domain;
+@property(readonly) NSInteger code;
+@property(readonly, copy) NSString* localizedDescription;
+@end
+
+typedef NSString* NSAttributedStringKey;
+
+@interface NSAttributedString : NSObject <NSCopying>
+- (instancetype)initWithString:(NSString*)str;
+- (instancetype)initWithString:(NSString*)str
+                    attributes:(nullable NSDictionary<NSAttributedStringKey, id>*)attrs;
+@property(readonly, copy) NSString* string;
+@end
+
+@interface NSBundle : NSObject
++ (nullable instancetype)bundleWithURL:(NSURL*)url;
+- (nullable instancetype)initWithURL:(NSURL*)url;
+@property(nullable, readonly, copy) NSString* bundleIdentifier;
+@property(nullable, readonly, copy) NSDictionary<NSString*, id>* infoDictionary;
+- (nullable id)objectForInfoDictionaryKey:(NSString*)key;
+@end
+
+NS_ASSUME_NONNULL_END
