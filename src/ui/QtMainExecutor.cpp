@@ -10,7 +10,28 @@ QtMainExecutor::QtMainExecutor() : context_(std::make_unique<QObject>()) {}
 QtMainExecutor::~QtMainExecutor() = default;
 
 void QtMainExecutor::post(Task task) {
-    QMetaObject::invokeMethod(context_.get(), std::move(task), Qt::QueuedConnection);
+    bool wakeUp = false;
+    {
+        const std::lock_guard lock(postedMutex_);
+        wakeUp = posted_.empty();
+        posted_.push_back(std::move(task));
+    }
+    // One wake-up serves every task posted before it runs.
+    if (wakeUp) {
+        QMetaObject::invokeMethod(
+            context_.get(), [this] { runPosted(); }, Qt::QueuedConnection);
+    }
+}
+
+void QtMainExecutor::runPosted() {
+    std::deque<Task> tasks;
+    {
+        const std::lock_guard lock(postedMutex_);
+        tasks.swap(posted_);
+    }
+    for (Task& task : tasks) {
+        task();
+    }
 }
 
 MainExecutor::TimerId QtMainExecutor::runAfter(std::chrono::milliseconds delay, Task task) {

@@ -2,8 +2,10 @@
 
 #include <QObject>
 #include <QTimer>
+#include <deque>
 #include <map>
 #include <memory>
+#include <mutex>
 
 #include "core/common/MainExecutor.h"
 
@@ -20,7 +22,13 @@ class QtMainExecutor final : public MainExecutor {
     void cancel(TimerId timer) override;
 
   private:
-    // Posted tasks are delivered to this object, so none runs after the executor is gone.
+    void runPosted();
+
+    // Posted tasks wait here, under a lock of ours rather than inside Qt's event queue, so that a
+    // thread checker sees each hand-over from a worker; Qt only wakes the main thread.
+    std::mutex postedMutex_;
+    std::deque<Task> posted_;
+    // Wake-ups and timers are delivered to this object, so none runs after the executor is gone.
     std::unique_ptr<QObject> context_;
     std::map<TimerId, std::unique_ptr<QTimer>> timers_;
     TimerId lastTimer_ = 0;

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 #include <QCoreApplication>
-#include <atomic>
 #include <thread>
 #include <vector>
 
@@ -11,15 +10,31 @@
 namespace voltaro::ui {
 namespace {
 
-TEST(QtMainExecutorTest, RunsTasksPostedFromAnotherThreadOnTheMainThread) {
+// As the low power worker hands back its outcome: while the main loop runs, in order, with
+// what the worker wrote visible to the main thread (the thread checker watches this one).
+TEST(QtMainExecutorTest, RunsTasksPostedFromAnotherThreadOnTheMainThreadInOrder) {
     QtMainExecutor executor;
-    std::atomic<bool> ranOnMainThread = false;
     const auto mainThread = std::this_thread::get_id();
+    std::vector<int> received;
+    bool allOnMainThread = true;
+    bool done = false;
     std::thread worker([&] {
-        executor.post([&] { ranOnMainThread = std::this_thread::get_id() == mainThread; });
+        for (int i = 0; i < 100; ++i) {
+            const int outcome = i;
+            executor.post([&, outcome] {
+                allOnMainThread = allOnMainThread && std::this_thread::get_id() == mainThread;
+                received.push_back(outcome);
+            });
+        }
+        executor.post([&] { done = true; });
     });
+    EXPECT_TRUE(processEventsUntil([&] { return done; }));
     worker.join();
-    EXPECT_TRUE(processEventsUntil([&] { return ranOnMainThread.load(); }));
+    ASSERT_EQ(received.size(), 100u);
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_EQ(received[static_cast<std::size_t>(i)], i);
+    }
+    EXPECT_TRUE(allOnMainThread);
 }
 
 TEST(QtMainExecutorTest, FiresTimersInOrderAndDropsCancelledOnes) {
