@@ -1,4 +1,5 @@
 #include "ui/BatterySettings.h"
+#include "ui/linux/BatterySettingsCommand.h"
 
 #include <QProcess>
 #include <QStandardPaths>

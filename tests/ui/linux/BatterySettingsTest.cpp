@@ -1,4 +1,4 @@
-#include "ui/BatterySettings.h"
+#include "ui/linux/BatterySettingsCommand.h"
 
 #include <gtest/gtest.h>
 
