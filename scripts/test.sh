@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is needed, builds Voltaro with its tests and runs every test; then runs the core
-# tests again under ThreadSanitizer, where any report fails the run.
+# tests again under ThreadSanitizer, where any report fails the run, and each fuzz target briefly.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-dependencies.sh
@@ -14,3 +14,7 @@ cmake -S . -B "$tsan_dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVOLTARO_S
     -DVOLTARO_BUILD_BENCHMARKS=OFF
 cmake --build "$tsan_dir" --target core_tests --parallel "$(nproc)"
 TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" "$tsan_dir/tests/core_tests" --gtest_brief=1
+
+# Every parser of outside input under AddressSanitizer and UndefinedBehaviorSanitizer, a few
+# seconds each.
+scripts/fuzz.sh
