@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is needed, builds Voltaro with its tests and runs every test; then runs the whole
-# suite again under AddressSanitizer and UndefinedBehaviorSanitizer, and the core tests under
-# ThreadSanitizer. Any sanitizer report fails the run.
+# suite again under AddressSanitizer and UndefinedBehaviorSanitizer, the threaded parts under
+# ThreadSanitizer, and each fuzz target briefly. Any sanitizer report or finding fails the run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-dependencies.sh
@@ -26,3 +26,7 @@ cmake --build "$tsan_dir" --target core_tests qt_executor_tests --parallel "$(np
 export TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1 suppressions=$PWD/tests/sanitizers/tsan.supp"
 "$tsan_dir/tests/core_tests" --gtest_brief=1
 QT_QPA_PLATFORM=offscreen "$tsan_dir/tests/qt_executor_tests" --gtest_brief=1 --gtest_repeat=20
+
+# Every parser of outside input under AddressSanitizer and UndefinedBehaviorSanitizer, a few
+# seconds each.
+scripts/fuzz.sh

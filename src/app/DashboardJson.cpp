@@ -14,10 +14,11 @@ nlohmann::ordered_json orNull(const std::optional<T>& value) {
 }  // namespace
 
 std::string iso8601(WallTime time) {
-    const auto sinceEpoch = time.time_since_epoch();
+    // Whole milliseconds first: flooring the clock's nanoseconds straight to seconds can step
+    // below the range of its own type near the earliest time it holds.
+    const auto sinceEpoch = std::chrono::floor<std::chrono::milliseconds>(time.time_since_epoch());
     const auto seconds = std::chrono::floor<std::chrono::seconds>(sinceEpoch);
-    const auto milliseconds =
-        std::chrono::duration_cast<std::chrono::milliseconds>(sinceEpoch - seconds).count();
+    const auto milliseconds = (sinceEpoch - seconds).count();
     const std::time_t whole = seconds.count();
     std::tm utc{};
     gmtime_r(&whole, &utc);
@@ -50,6 +51,12 @@ nlohmann::ordered_json dashboardJson(const DashboardState& state) {
             {"lowPowerMode", orNull(state.lowPowerMode)},
             {"applications", applications},
             {"collectedSeconds", state.collectedSeconds}};
+}
+
+std::string dashboardJsonLine(const DashboardState& state) {
+    // Names come from process names and desktop files, which need not be UTF-8; JSON text must be.
+    return dashboardJson(state).dump(-1, ' ', false,
+                                     nlohmann::ordered_json::error_handler_t::replace);
 }
 
 }  // namespace voltaro

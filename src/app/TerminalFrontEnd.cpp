@@ -62,7 +62,7 @@ int TerminalFrontEnd::run() {
 void TerminalFrontEnd::print() {
     const DashboardState state = DashboardState::of(monitor_);
     if (commandLine_.json) {
-        out_ << dashboardJson(state).dump() << '\n';
+        out_ << dashboardJsonLine(state) << '\n';
     } else {
         if (redrawInPlace_) {
             out_ << "\x1b[H\x1b[2J";

@@ -32,5 +32,17 @@ TEST(DashboardJsonTest, WritesEveryFieldWithNullForUnknown) {
         "collectedSeconds": 12})"));
 }
 
+TEST(DashboardJsonTest, PrintsNamesThatAreNotUtf8AndTheClocksFarthestTimes) {
+    DashboardState state;
+    state.snapshot.updatedAt = WallTime::min();
+    state.applications = {
+        {.id = "comm:caf\xC3\xA9\xFF", .name = "\xC0\xAFx", .watts = 2, .icon = std::nullopt}};
+    const auto written = nlohmann::json::parse(dashboardJsonLine(state));
+    EXPECT_EQ(written["applications"][0]["id"], "comm:caf\xC3\xA9\xEF\xBF\xBD");
+    EXPECT_EQ(written["applications"][0]["name"], "\xEF\xBF\xBD\xEF\xBF\xBDx");
+    EXPECT_EQ(written["snapshot"]["updatedAt"], "1677-09-21T00:12:43.145Z");
+    EXPECT_EQ(iso8601(WallTime::max()), "2262-04-11T23:47:16.854Z");
+}
+
 }  // namespace
 }  // namespace voltaro

@@ -35,8 +35,8 @@ class PropertyDictionary {
 
     // Adds the entry, or replaces the value of an existing key.
     void set(std::string key, PropertyValue value);
-    bool empty() const { return entries_.empty(); }
-    std::size_t size() const { return entries_.size(); }
+    bool empty() const;
+    std::size_t size() const;
     const std::vector<Entry>& entries() const { return entries_; }
 
     friend bool operator==(const PropertyDictionary&, const PropertyDictionary&);
@@ -85,5 +85,13 @@ struct PropertyDictionary::Entry {
     PropertyValue value;
     friend bool operator==(const Entry&, const Entry&) = default;
 };
+
+// Defined once Entry is complete: Clang instantiates the vector's constexpr members on sight.
+inline bool PropertyDictionary::empty() const {
+    return entries_.empty();
+}
+inline std::size_t PropertyDictionary::size() const {
+    return entries_.size();
+}
 
 }  // namespace voltaro

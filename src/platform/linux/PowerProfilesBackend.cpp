@@ -152,7 +152,7 @@ std::optional<bool> PowerProfilesBackend::currentValue() {
         const Reply reply = callBefore(bus.get(), call.get(), deadline);
         if (reply.kind == Reply::Kind::reply) {
             const auto profile = readActiveProfile(reply.message.get());
-            return profile ? std::optional<bool>(*profile == "power-saver") : std::nullopt;
+            return profile ? lowPowerModeOfProfile(*profile) : std::nullopt;
         }
         if (reply.kind != Reply::Kind::error) {
             return std::nullopt;
@@ -225,6 +225,13 @@ LowPowerModeError PowerProfilesBackend::switchError(std::string_view errorName,
         return LowPowerModeError::cancelled();
     }
     return LowPowerModeError::failed(std::string(message));
+}
+
+std::optional<bool> PowerProfilesBackend::lowPowerModeOfProfile(std::string_view activeProfile) {
+    if (activeProfile.empty()) {
+        return std::nullopt;
+    }
+    return activeProfile == "power-saver";
 }
 
 }  // namespace voltaro::platform

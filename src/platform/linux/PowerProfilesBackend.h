@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "core/controls/LowPowerModeBackend.h"
@@ -16,6 +17,10 @@ class PowerProfilesBackend final : public LowPowerModeBackend {
     // How a D-Bus error reply to a switch reaches the user: no daemon to ask, a refused or
     // dismissed authorisation, or the daemon's own message.
     static LowPowerModeError switchError(std::string_view errorName, std::string_view message);
+
+    // The mode the daemon's active profile stands for: on for "power-saver", off for any other
+    // profile, unknown when the daemon names none.
+    static std::optional<bool> lowPowerModeOfProfile(std::string_view activeProfile);
 };
 
 }  // namespace voltaro::platform

@@ -36,6 +36,19 @@ TEST(PowerProfilesBackendTest, MapsTheErrorReplyOfASwitch) {
     }
 }
 
+TEST(PowerProfilesBackendTest, ReadsTheModeFromTheActiveProfile) {
+    const struct {
+        std::string profile;
+        std::optional<bool> expected;
+    } cases[] = {
+        {"power-saver", true},  {"balanced", false},     {"performance", false},
+        {"Power-Saver", false}, {"power-saver ", false}, {"", std::nullopt},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(PowerProfilesBackend::lowPowerModeOfProfile(c.profile), c.expected) << c.profile;
+    }
+}
+
 TEST(PowerProfilesBackendTest, WithoutASystemBusTheModeIsUnknownAndCannotBeSwitched) {
     testing::TemporaryDirectory directory;
     testing::ScopedEnvironment bus("DBUS_SYSTEM_BUS_ADDRESS",

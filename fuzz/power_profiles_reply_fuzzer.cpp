@@ -1,0 +1,51 @@
+// What power-profiles-daemon answers: the active profile read back, and the error name and
+// message of a refused switch. The first line is the profile or error name, the rest the message.
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "platform/linux/PowerProfilesBackend.h"
+
+using namespace voltaro;
+using voltaro::platform::PowerProfilesBackend;
+
+namespace {
+
+void check(bool condition) {
+    if (!condition) {
+        std::abort();
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    const std::size_t lineEnd = std::min(text.find('\n'), text.size());
+    const std::string_view name = text.substr(0, lineEnd);
+    const std::string_view message = text.substr(std::min(lineEnd + 1, text.size()));
+
+    const auto mode = PowerProfilesBackend::lowPowerModeOfProfile(name);
+    check(mode.has_value() == !name.empty());
+    check(mode != true || name == "power-saver");
+
+    const LowPowerModeError error = PowerProfilesBackend::switchError(name, message);
+    switch (error.kind) {
+        case LowPowerModeError::Kind::launchFailed:
+        case LowPowerModeError::Kind::cancelled:
+            check(error.message.empty());
+            check(name.starts_with("org.freedesktop."));
+            break;
+        case LowPowerModeError::Kind::failed:
+            check(error.message == message);
+            break;
+    }
+    // Only the name decides how the switch failed.
+    check(PowerProfilesBackend::switchError(name, "").kind == error.kind);
+    if (name.starts_with("org.freedesktop.DBus.Error.Spawn.")) {
+        check(error.kind == LowPowerModeError::Kind::launchFailed);
+    }
+    return 0;
+}
