@@ -8,17 +8,13 @@
 #include <string>
 #include <string_view>
 
+#include "FuzzCheck.h"
 #include "platform/linux/CgroupScope.h"
 
 using namespace voltaro::platform;
+using voltaro::fuzz::check;
 
 namespace {
-
-void check(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 // What a usable desktop-file ID looks like: a file name under an applications directory.
 bool isUsableID(const std::string& id) {

@@ -15,19 +15,15 @@
 #include <optional>
 #include <string>
 
+#include "FuzzCheck.h"
 #include "app/DashboardJson.h"
 #include "core/common/Utf8.h"
 
 using namespace voltaro;
 using nlohmann::json;
+using voltaro::fuzz::check;
 
 namespace {
-
-void check(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 double anyDouble(FuzzedDataProvider& provider) {
     return std::bit_cast<double>(provider.ConsumeIntegral<std::uint64_t>());

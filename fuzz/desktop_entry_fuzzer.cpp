@@ -6,19 +6,11 @@
 #include <string>
 #include <string_view>
 
+#include "FuzzCheck.h"
 #include "platform/linux/DesktopEntry.h"
 
 using namespace voltaro::platform;
-
-namespace {
-
-void check(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
-
-}  // namespace
+using voltaro::fuzz::check;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string_view text(reinterpret_cast<const char*>(data), size);

@@ -5,20 +5,12 @@
 #include <string>
 #include <string_view>
 
+#include "FuzzCheck.h"
 #include "core/common/Utf8.h"
 #include "core/controls/PmsetLowPowerModeBackend.h"
 
 using namespace voltaro;
-
-namespace {
-
-void check(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
-
-}  // namespace
+using voltaro::fuzz::check;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);

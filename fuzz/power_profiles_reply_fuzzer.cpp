@@ -6,20 +6,12 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "FuzzCheck.h"
 #include "platform/linux/PowerProfilesBackend.h"
 
 using namespace voltaro;
+using voltaro::fuzz::check;
 using voltaro::platform::PowerProfilesBackend;
-
-namespace {
-
-void check(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);

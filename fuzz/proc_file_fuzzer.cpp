@@ -6,17 +6,13 @@
 #include <string>
 #include <string_view>
 
+#include "FuzzCheck.h"
 #include "platform/linux/ProcFileParsers.h"
 
 using namespace voltaro::platform;
+using voltaro::fuzz::check;
 
 namespace {
-
-void check(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 bool isDigits(std::string_view text) {
     for (const char c : text) {

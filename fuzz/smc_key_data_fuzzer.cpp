@@ -11,19 +11,15 @@
 #include <string>
 #include <vector>
 
+#include "FuzzCheck.h"
 #include "core/telemetry/SMCKeyData.h"
 #include "core/telemetry/SMCReader.h"
 #include "core/telemetry/SMCValue.h"
 
 using namespace voltaro;
+using voltaro::fuzz::check;
 
 namespace {
-
-void check(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 void checkRecord(const std::uint8_t* data, std::size_t size) {
     SMCKeyDataBuffer buffer{};

@@ -5,20 +5,16 @@
 #include <string>
 #include <string_view>
 
+#include "FuzzCheck.h"
 #include "platform/linux/SysfsAttributes.h"
 
 using namespace voltaro::platform;
+using voltaro::fuzz::check;
 
 namespace {
 
 bool isSpace(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v';
-}
-
-void check(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
 }
 
 }  // namespace

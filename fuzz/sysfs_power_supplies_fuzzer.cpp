@@ -21,21 +21,17 @@
 #include <string>
 #include <string_view>
 
+#include "FuzzCheck.h"
 #include "platform/linux/SmartBatteryProperties.h"
 #include "platform/linux/SysfsAttributes.h"
 #include "platform/linux/SysfsPowerSupplies.h"
 
 using namespace voltaro;
 using namespace voltaro::platform;
+using voltaro::fuzz::check;
 namespace fs = std::filesystem;
 
 namespace {
-
-void check(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 constexpr std::string_view directoryMarker = "<directory>";
 constexpr std::size_t maximumSupplies = 6;
