@@ -23,7 +23,7 @@ tsan_dir=${VOLTARO_TSAN_BUILD_DIR:-build-tsan}
 cmake -S . -B "$tsan_dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVOLTARO_SANITIZE=thread \
     -DVOLTARO_BUILD_BENCHMARKS=OFF
 cmake --build "$tsan_dir" --target core_tests qt_executor_tests --parallel "$(nproc)"
-export TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1 suppressions=$PWD/tests/sanitizers/tsan.supp"
+export TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1"
 "$tsan_dir/tests/core_tests" --gtest_brief=1
 QT_QPA_PLATFORM=offscreen "$tsan_dir/tests/qt_executor_tests" --gtest_brief=1 --gtest_repeat=20
 

@@ -1,25 +1,44 @@
 #include "ui/QtMainExecutor.h"
 
-#include <QMetaObject>
+#include <QCoreApplication>
+#include <QEvent>
+#include <functional>
 #include <utility>
 
 namespace voltaro::ui {
 
-QtMainExecutor::QtMainExecutor() : context_(std::make_unique<QObject>()) {}
+namespace {
+
+// Receives the wake-up event on the main thread. It never looks at the event: Qt allocated that on
+// the posting thread, and only runPosted's lock orders the two threads for a thread checker.
+class WakeUpReceiver final : public QObject {
+  public:
+    explicit WakeUpReceiver(std::function<void()> onWakeUp) : onWakeUp_(std::move(onWakeUp)) {}
+
+  protected:
+    void customEvent(QEvent* /*wakeUp*/) override { onWakeUp_(); }
+
+  private:
+    std::function<void()> onWakeUp_;
+};
+
+}  // namespace
+
+QtMainExecutor::QtMainExecutor()
+    : context_(std::make_unique<WakeUpReceiver>([this] { runPosted(); })) {}
 
 QtMainExecutor::~QtMainExecutor() = default;
 
 void QtMainExecutor::post(Task task) {
-    bool wakeUp = false;
-    {
-        const std::lock_guard lock(postedMutex_);
-        wakeUp = posted_.empty();
-        posted_.push_back(std::move(task));
-    }
+    // Qt passes the event over under a lock of its own that a thread checker cannot see. Posting
+    // it while still holding ours orders its allocation before runPosted takes the same lock on
+    // the main thread, and so before Qt frees it there.
+    const std::lock_guard lock(postedMutex_);
+    const bool wakeUp = posted_.empty();
+    posted_.push_back(std::move(task));
     // One wake-up serves every task posted before it runs.
     if (wakeUp) {
-        QMetaObject::invokeMethod(
-            context_.get(), [this] { runPosted(); }, Qt::QueuedConnection);
+        QCoreApplication::postEvent(context_.get(), new QEvent(QEvent::User));
     }
 }
 
