@@ -54,6 +54,7 @@ int runDesktopFrontEnd(int& argc, char** argv, const CommandLine& commandLine,
     ui::VoltaroApplication voltaro(
         monitor, [] { return platform::makeLoginItemService(); }, platform::systemPowerTitle(),
         [&commandRunner] { ui::DesktopShell::openBatterySettings(commandRunner); });
+    voltaro.setHistory(history);
     std::optional<RefreshTrace> trace;
     if (commandLine.traceRefreshes) {
         trace.emplace(monitor, mainExecutor, SystemClock::instance(), std::cerr,
