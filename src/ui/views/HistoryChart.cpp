@@ -29,7 +29,7 @@ WallTime wallTime(const QDateTime& time) {
 
 // The top of the watts axis: a round number a little above the highest bar.
 double niceCeiling(double watts) {
-    for (const double step : {5.0, 10.0, 15.0, 20.0, 30.0, 40.0, 60.0, 80.0, 100.0, 150.0}) {
+    for (const double step : {5.0, 10.0, 20.0, 30.0, 40.0, 60.0, 80.0, 100.0, 150.0}) {
         if (watts <= step) {
             return step;
         }
@@ -156,8 +156,10 @@ void HistoryChart::paintTimeLabels(QPainter& painter) const {
         painter.setPen(secondaryTextColor(palette()));
         const QString text = days ? QLocale().toString(tick.date(), QStringLiteral("ddd"))
                                   : QLocale().toString(tick.time(), QLocale::ShortFormat);
-        const QRectF box(x - 30, plot.bottom() + 2, 60, timeLabelHeight);
-        if (box.left() >= 0 && box.right() <= width()) {
+        // A day's name stands under the middle of its day, an hour under its line.
+        const double centre = days ? xOf(wallTime(tick.addSecs(12 * 3600))) : x;
+        const QRectF box(centre - 30, plot.bottom() + 2, 60, timeLabelHeight);
+        if (box.left() >= 0 && box.right() <= width() && centre <= plot.right()) {
             painter.drawText(box, Qt::AlignCenter, text);
         }
     }
