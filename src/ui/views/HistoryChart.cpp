@@ -67,8 +67,10 @@ HistoryChart::HistoryChart(QWidget* parent) : QWidget(parent) {
 
 void HistoryChart::setModel(HistoryChartModel model) {
     model_ = std::move(model);
-    shownPoint_.reset();
-    update();
+    // A reload under a resting pointer keeps showing the record there.
+    const std::optional<WallTime> shownTime =
+        shownPoint_ ? std::optional(shownPoint_->time) : std::nullopt;
+    showPointNear(shownTime);
 }
 
 void HistoryChart::showPointNear(std::optional<WallTime> time) {

@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPointer>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "core/history/HistoryChartModel.h"
@@ -60,6 +61,10 @@ HistoryView::HistoryView(Loader load, const Clock& clock, QWidget* parent)
     applications_->setColumnStretch(1, 1);
     layout->addLayout(applications_);
     showApplications();
+    // A new record comes once a minute; an open window follows.
+    refresh_ = new QTimer(this);
+    refresh_->setInterval(std::chrono::minutes(1));
+    connect(refresh_, &QTimer::timeout, this, &HistoryView::reload);
 }
 
 void HistoryView::choosePeriod(int index) {
@@ -88,6 +93,12 @@ void HistoryView::reload() {
 void HistoryView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     reload();
+    refresh_->start();
+}
+
+void HistoryView::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    refresh_->stop();
 }
 
 void HistoryView::showRecords(const std::vector<HistoryRecord>& records) {

@@ -11,6 +11,7 @@
 
 class QGridLayout;
 class QLabel;
+class QTimer;
 
 namespace voltaro::ui {
 
@@ -37,6 +38,7 @@ class HistoryView : public QWidget {
 
   protected:
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
   private:
     void showRecords(const std::vector<HistoryRecord>& records);
@@ -50,6 +52,7 @@ class HistoryView : public QWidget {
     HistoryChart* chart_ = nullptr;
     QLabel* applicationsTitle_ = nullptr;
     QGridLayout* applications_ = nullptr;
+    QTimer* refresh_ = nullptr;
 };
 
 }  // namespace voltaro::ui
