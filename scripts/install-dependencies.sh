@@ -10,7 +10,7 @@ packages=(
     cmake ninja-build g++ ccache pkg-config
     libgtest-dev libgmock-dev libbenchmark-dev
     nlohmann-json3-dev libcli11-dev
-    libsystemd-dev
+    libsystemd-dev libsqlite3-dev
     qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-l10n-tools qt6-qpa-plugins fonts-dejavu-core
     # The suite: the real daemons on private buses, an X server, the desktop validators, and clang
     # to type-check the macOS sources.

@@ -213,5 +213,53 @@
         <source>Low Power Mode is off</source>
         <translation>Stromsparmodus ist aus</translation>
     </message>
+    <message>
+        <source>24 hours</source>
+        <translation>24 Stunden</translation>
+    </message>
+    <message>
+        <source>7 days</source>
+        <translation>7 Tage</translation>
+    </message>
+    <message>
+        <source>Charge</source>
+        <translation>Ladestand</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>Verlauf</translation>
+    </message>
+    <message>
+        <source>Most energy over 24 hours</source>
+        <translation>Höchster Energieverbrauch in 24 Stunden</translation>
+    </message>
+    <message>
+        <source>Most energy over 7 days</source>
+        <translation>Höchster Energieverbrauch in 7 Tagen</translation>
+    </message>
+    <message>
+        <source>No application energy recorded yet</source>
+        <translation>Noch kein Energieverbrauch von Apps aufgezeichnet</translation>
+    </message>
+    <message>
+        <source>Nothing recorded in this period</source>
+        <translation>In diesem Zeitraum nichts aufgezeichnet</translation>
+    </message>
+    <message>
+        <source>Power draw</source>
+        <translation>Leistungsaufnahme</translation>
+    </message>
+    <message>
+        <source>Power history</source>
+        <translation>Energieverlauf</translation>
+    </message>
+    <message>
+        <source>Voltaro History</source>
+        <translation>Voltaro-Verlauf</translation>
+    </message>
+    <message>
+        <source>Wh</source>
+        <translation>Wh</translation>
+    </message>
 </context>
 </TS>

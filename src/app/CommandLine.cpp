@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "core/history/HistoryDuration.h"
+
 namespace voltaro {
 namespace {
 
@@ -12,6 +14,16 @@ constexpr const char* previewWindowSwitch = "--preview-window";
 // An existing folder, with nothing added to the option's DIR in the help.
 CLI::Validator existingFolder() {
     return CLI::Validator(CLI::ExistingDirectory).description("");
+}
+
+CLI::Validator historyDuration() {
+    return CLI::Validator(
+        [](const std::string& text) -> std::string {
+            return parseHistoryDuration(text)
+                       ? std::string()
+                       : "'" + text + "' is not a duration like 90m, 24h or 7d";
+        },
+        "", "");
 }
 
 }  // namespace
@@ -29,7 +41,18 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     std::string sysfsRoot;
     app.add_flag("--once", once, "Refresh twice, 2 s apart, print once and exit");
     app.add_flag("--watch", watch, "Print the dashboard at every refresh until interrupted");
+    bool history = false;
+    std::string since;
+    CLI::Option* historyFlag =
+        app.add_flag("--history", history, "Print the stored power history and exit");
+    app.add_option("--since", since, "With --history: how far back, like 90m, 24h or 7d")
+        ->type_name("DURATION")
+        ->check(historyDuration())
+        ->needs(historyFlag);
     app.add_flag("--json", result.json, "Print one JSON object per line instead of text");
+    app.add_flag("--csv", result.csv, "With --history: print comma-separated values")
+        ->needs(historyFlag)
+        ->excludes("--json");
     app.add_option("--sysfs-root", sysfsRoot, "Read power supplies under DIR instead of /sys")
         ->type_name("DIR")
         ->check(existingFolder());
@@ -63,7 +86,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
         app.parse(reversed);
         const std::vector<std::string> extras = app.remaining();
         unknown.insert(unknown.begin(), extras.begin(), extras.end());
-        const bool asksForAMode = once || watch || result.json || !lowPower.empty() ||
+        const bool asksForAMode = once || watch || history || result.json || !lowPower.empty() ||
                                   !sysfsRoot.empty() || !procRoot.empty();
         if (asksForAMode && !unknown.empty()) {
             // The error joins its list last one first.
@@ -91,8 +114,13 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     }
     result.previewWindow =
         std::find(arguments.begin(), arguments.end(), previewWindowSwitch) != arguments.end();
-    result.mode = once ? CommandLine::Mode::once
-                       : (watch ? CommandLine::Mode::watch : CommandLine::Mode::dashboard);
+    result.mode = once      ? CommandLine::Mode::once
+                  : watch   ? CommandLine::Mode::watch
+                  : history ? CommandLine::Mode::history
+                            : CommandLine::Mode::dashboard;
+    if (!since.empty()) {
+        result.historySince = *parseHistoryDuration(since);
+    }
     if (!sysfsRoot.empty()) {
         result.sysfsRoot = sysfsRoot;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
@@ -7,10 +8,12 @@
 namespace voltaro {
 
 struct CommandLine {
-    enum class Mode { dashboard, once, watch };
+    enum class Mode { dashboard, once, watch, history };
 
     Mode mode = Mode::dashboard;
     bool json = false;
+    bool csv = false;  // --history only
+    std::chrono::seconds historySince{std::chrono::hours(24)};
     // Only an argument that is exactly "--preview-window" counts.
     bool previewWindow = false;
     // Hidden: one line on stderr per refresh, for checking the loop from outside.

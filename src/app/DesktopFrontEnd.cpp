@@ -8,7 +8,10 @@
 #include <memory>
 #include <optional>
 
+#include "app/HistoryListing.h"
 #include "app/RefreshTrace.h"
+#include "core/history/HistoryArchive.h"
+#include "core/history/HistoryRecorder.h"
 #include "platform/posix/PosixCommandRunner.h"
 #include "platform/posix/ProcessChecks.h"
 #include "ui/application/DesktopShell.h"
@@ -42,11 +45,16 @@ int runDesktopFrontEnd(int& argc, char** argv, const CommandLine& commandLine,
     ui::QtMainExecutor mainExecutor;
     BatteryMonitor::configureShared(platformServices.monitorServices(mainExecutor));
     BatteryMonitor& monitor = BatteryMonitor::shared();
+    // Only the desktop application records: it is the one long-lived instance.
+    HistoryArchive history(userHistoryOpener(), mainExecutor,
+                           [](const std::string& message) { std::cerr << message << '\n'; });
+    HistoryRecorder recorder(monitor, history);
 
     platform::PosixCommandRunner commandRunner;
     ui::VoltaroApplication voltaro(
         monitor, [] { return platform::makeLoginItemService(); }, platform::systemPowerTitle(),
         [&commandRunner] { ui::DesktopShell::openBatterySettings(commandRunner); });
+    voltaro.setHistory(history);
     std::optional<RefreshTrace> trace;
     if (commandLine.traceRefreshes) {
         trace.emplace(monitor, mainExecutor, SystemClock::instance(), std::cerr,

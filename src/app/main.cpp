@@ -6,6 +6,7 @@
 
 #include "app/CommandLine.h"
 #include "app/FrontEndChoice.h"
+#include "app/HistoryListing.h"
 #include "app/PlatformServices.h"
 #include "app/RefreshTrace.h"
 #include "app/TerminalFrontEnd.h"
@@ -29,6 +30,9 @@ int main(int argc, char** argv) {
     }
     // A closed pipe shows up as a failed write, which ends the loop.
     std::signal(SIGPIPE, SIG_IGN);
+    if (commandLine.mode == CommandLine::Mode::history) {
+        return printHistory(commandLine, std::cout, std::cerr);
+    }
 
     GraphicalSession session = GraphicalSession::fromEnvironment();
 #ifdef VOLTARO_WITH_DESKTOP

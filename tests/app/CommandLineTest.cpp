@@ -61,6 +61,9 @@ TEST(CommandLineTest, HelpVersionAndMistakesOnlyPrint) {
         {{"--proc-root", "/", "--bogus"}, 2, "not expected: --bogus"},
         {{"--sysfs-root", "/no/such/folder"}, 2, "/no/such/folder"},
         {{"--json", "--proc-root", "/no/such/folder"}, 2, "/no/such/folder"},
+        {{"--history", "--since", "7w"}, 2, "'7w' is not a duration like 90m"},
+        {{"--since", "24h"}, 2, "requires --history"},
+        {{"--history", "--csv", "--json"}, 2, "excludes"},
     };
     for (const auto& c : cases) {
         const CommandLine commandLine = parse(c.arguments);
@@ -71,6 +74,35 @@ TEST(CommandLineTest, HelpVersionAndMistakesOnlyPrint) {
             EXPECT_NE(output.find("Usage:"), std::string::npos) << output;
         }
     }
+}
+
+TEST(CommandLineTest, HistoryReadsHowFarBack) {
+    using std::chrono::seconds;
+    const std::pair<std::string, std::optional<seconds>> cases[] = {
+        {"90m", seconds(5400)},
+        {"24h", seconds(86400)},
+        {"7d", seconds(604800)},
+        {"366d", seconds(366 * 86400)},
+        {"367d", {}},
+        {"0h", {}},
+        {"-5m", {}},
+        {"+5m", {}},
+        {"1.5h", {}},
+        {"5 m", {}},
+        {"h", {}},
+        {"", {}},
+        {"99999999999999999999d", {}},
+    };
+    for (const auto& [since, seconds] : cases) {
+        const CommandLine commandLine = parse({"--history", "--csv", "--since", since});
+        EXPECT_EQ(commandLine.exitCode, seconds ? 0 : 2) << since;
+        if (seconds) {
+            EXPECT_EQ(commandLine.mode, CommandLine::Mode::history);
+            EXPECT_EQ(commandLine.historySince, *seconds) << since;
+            EXPECT_TRUE(commandLine.csv);
+        }
+    }
+    EXPECT_EQ(parse({"--history"}).historySince, std::chrono::hours(24));
 }
 
 }  // namespace

@@ -47,7 +47,8 @@ class PreviewWindowEndToEndTest : public ::testing::Test {
                                                   {"QT_QPA_PLATFORM", "xcb"},
                                                   {"LC_ALL", "C"},
                                                   {"LANGUAGE", ""},
-                                                  {"XDG_CONFIG_HOME", configHome_.path().string()}},
+                                                  {"XDG_CONFIG_HOME", configHome_.path().string()},
+                                                  {"XDG_STATE_HOME", configHome_.path().string()}},
                                   .pipedDescriptor = STDERR_FILENO});
         ASSERT_TRUE(voltaro_->started());
     }

@@ -62,7 +62,8 @@ class TrayEndToEndTest : public ::testing::Test {
                             {"DBUS_SESSION_BUS_ADDRESS", busAddress_},
                             {"LC_ALL", "C"},
                             {"LANGUAGE", ""},
-                            {"XDG_CONFIG_HOME", configHome_.path().string()}},
+                            {"XDG_CONFIG_HOME", configHome_.path().string()},
+                            {"XDG_STATE_HOME", configHome_.path().string()}},
             .pipedDescriptor = 2});
         ASSERT_TRUE(voltaro_->started());
     }

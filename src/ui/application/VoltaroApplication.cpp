@@ -8,10 +8,12 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "core/history/HistoryArchive.h"
 #include "ui/application/StatusItem.h"
 #include "ui/application/Translation.h"
 #include "ui/views/DashboardPopup.h"
 #include "ui/views/DashboardView.h"
+#include "ui/views/HistoryView.h"
 #include "ui/views/SettingsView.h"
 
 namespace voltaro::ui {
@@ -104,6 +106,26 @@ void VoltaroApplication::openSettings() {
     bringToFront(*settingsWindow_);
 }
 
+void VoltaroApplication::openHistory() {
+    if (history_ == nullptr) {
+        return;
+    }
+    if (!historyWindow_) {
+        historyWindow_ = std::make_unique<HistoryView>(
+            [history = history_](WallTime since, HistoryView::RecordsReady done) {
+                history->load(since, std::move(done));
+            },
+            clock_);
+        historyWindow_->setWindowTitle(ui::tr("Voltaro History"));
+        historyWindow_->installEventFilter(this);
+        historyWindow_->resize(previewSize.width(), 440);
+        centreOnScreen(*historyWindow_);
+    } else if (historyWindow_->isVisible()) {
+        historyWindow_->reload();
+    }
+    bringToFront(*historyWindow_);
+}
+
 void VoltaroApplication::openDashboard(std::optional<QRect> anchor) {
     popup().open(anchor);
 }
@@ -130,8 +152,12 @@ void VoltaroApplication::attachTrayItem(StatusItem& tray) {
 }
 
 DashboardActions VoltaroApplication::dashboardActions() {
-    return {.openSettings = [this] { openSettings(); },
-            .openBatterySettings = openBatterySettings_};
+    DashboardActions actions{.openSettings = [this] { openSettings(); },
+                             .openBatterySettings = openBatterySettings_};
+    if (history_ != nullptr) {
+        actions.openHistory = [this] { openHistory(); };
+    }
+    return actions;
 }
 
 DashboardPopup& VoltaroApplication::popup() {
@@ -160,7 +186,8 @@ void VoltaroApplication::quitIfNoWindowIsLeft() {
     }
     const bool previewShown = previewWindow_ && previewWindow_->isVisible();
     const bool settingsShown = settingsWindow_ && settingsWindow_->isVisible();
-    if (!previewShown && !settingsShown) {
+    const bool historyShown = historyWindow_ && historyWindow_->isVisible();
+    if (!previewShown && !settingsShown && !historyShown) {
         quitApplication();
     }
 }

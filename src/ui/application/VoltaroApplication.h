@@ -14,9 +14,14 @@
 
 class QWidget;
 
+namespace voltaro {
+class HistoryArchive;
+}
+
 namespace voltaro::ui {
 
 class DashboardPopup;
+class HistoryView;
 struct DashboardActions;
 class SettingsView;
 class StatusItem;
@@ -48,6 +53,10 @@ class VoltaroApplication : public QObject {
     void showPreviewWindow();
     // One settings window: opened on first use, brought to the front after that.
     void openSettings();
+    // With a history, the dashboard offers it; set before the dashboard is first built.
+    void setHistory(HistoryArchive& history) { history_ = &history; }
+    // One history window, read again each time it is shown.
+    void openHistory();
     // The dashboard as a popup beside the anchor (the tray item's rectangle or the clicked
     // point); without one, at the cursor. Each opening refreshes the monitor once.
     void openDashboard(std::optional<QRect> anchor);
@@ -67,6 +76,7 @@ class VoltaroApplication : public QObject {
 
     QWidget* previewWindow() const { return previewWindow_.get(); }
     SettingsView* settingsWindow() const { return settingsWindow_.get(); }
+    HistoryView* historyWindow() const { return historyWindow_.get(); }
     DashboardPopup* dashboardPopup() const { return dashboardPopup_.get(); }
 
   protected:
@@ -86,6 +96,8 @@ class VoltaroApplication : public QObject {
     std::optional<BatteryMonitor::LoopTask> loop_;
     std::unique_ptr<QWidget> previewWindow_;
     std::unique_ptr<SettingsView> settingsWindow_;
+    HistoryArchive* history_ = nullptr;
+    std::unique_ptr<HistoryView> historyWindow_;
     std::unique_ptr<DashboardPopup> dashboardPopup_;
     bool reachableWithoutWindows_ = false;
 };

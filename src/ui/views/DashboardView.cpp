@@ -43,6 +43,7 @@ constexpr int footerPadding = 12;
 // The button symbols at the size of the caption text beside them.
 constexpr QSize batterySymbolSize(20, 11);
 constexpr QSize gearSymbolSize(13, 13);
+constexpr QSize chartSymbolSize(12, 12);
 constexpr int scrollBarWidth = 9;
 
 QString fromStd(const std::string& text) {
@@ -220,6 +221,11 @@ QWidget* DashboardView::makeFooter() {
     row->setContentsMargins(footerPadding, footerPadding, footerPadding, footerPadding);
     row->addWidget(batterySettingsButton_);
     row->addStretch(1);
+    if (actions_.openHistory) {
+        historyButton_ = makeFooterButton(ui::tr("History"), "historyButton", footer);
+        onClick(historyButton_, actions_.openHistory);
+        row->addWidget(historyButton_);
+    }
     row->addWidget(settingsButton_);
     return footer;
 }
@@ -331,6 +337,9 @@ void DashboardView::showButtonSymbols() {
     };
     setSymbol(batterySettingsButton_, "battery.100percent", batterySymbolSize);
     setSymbol(settingsButton_, "gearshape", gearSymbolSize);
+    if (historyButton_ != nullptr) {
+        setSymbol(historyButton_, "chart.bar", chartSymbolSize);
+    }
 }
 
 void DashboardView::showScrollBarStyle() {

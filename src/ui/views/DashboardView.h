@@ -23,10 +23,11 @@ class Divider;
 // The dashboard: the monitor's state, the low power switch and the application ranking, 380 × 550.
 // It shows the dashboard model and decides nothing itself. Built once; every change of the monitor
 // or of the temperature unit updates it in place.
-// What the dashboard's two buttons ask for.
+// What the dashboard's buttons ask for; the history button shows only where there is one.
 struct DashboardActions {
     std::function<void()> openSettings;
     std::function<void()> openBatterySettings;
+    std::function<void()> openHistory = {};
 };
 
 class DashboardView : public QWidget {
@@ -91,6 +92,7 @@ class DashboardView : public QWidget {
     std::vector<Section> sections_;
     QPushButton* batterySettingsButton_ = nullptr;
     QPushButton* settingsButton_ = nullptr;
+    QPushButton* historyButton_ = nullptr;
 };
 
 }  // namespace voltaro::ui

@@ -8,7 +8,9 @@
 #include <QTest>
 #include <QWidget>
 
+#include "core/history/HistoryArchive.h"
 #include "core/telemetry/UnavailableSMCController.h"
+#include "support/CrossThreadExecutor.h"
 #include "support/FakeApplicationCatalog.h"
 #include "support/FakeBatteryRegistry.h"
 #include "support/FakeLoginItemService.h"
@@ -21,6 +23,7 @@
 #include "ui/application/StatusItem.h"
 #include "ui/views/DashboardPopup.h"
 #include "ui/views/DashboardView.h"
+#include "ui/views/HistoryView.h"
 #include "ui/views/SettingsView.h"
 
 namespace voltaro::ui {
@@ -249,6 +252,23 @@ TEST_F(VoltaroApplicationTest, TheTrayItemReachesTheWindows) {
     EXPECT_TRUE(application->settingsWindow()->isVisible());
     emit tray.quitRequested();
     EXPECT_EQ(application->quits, 1);
+}
+
+// Without a store the window still opens, and says that nothing was recorded.
+TEST_F(VoltaroApplicationTest, TheDashboardOpensTheHistoryWhereThereIsOne) {
+    voltaro::testing::CrossThreadExecutor executor(scheduler);
+    HistoryArchive history([](std::string&) { return nullptr; }, executor, {});
+    application->setHistory(history);
+    application->openDashboard(QRect(780, 10, 0, 0));
+    auto* historyButton = application->dashboardPopup()->findChild<QPushButton*>("historyButton");
+    ASSERT_NE(historyButton, nullptr);
+    historyButton->click();
+    EXPECT_FALSE(application->dashboardPopup()->isVisible());
+    ASSERT_NE(application->historyWindow(), nullptr);
+    EXPECT_TRUE(application->historyWindow()->isVisible());
+    executor.waitForPosts(1);
+    executor.runPosted();
+    application->historyWindow()->hide();
 }
 
 }  // namespace
