@@ -3,7 +3,6 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QMenu>
-#include <QPainter>
 #include <QPalette>
 #include <QPixmap>
 #include <QSystemTrayIcon>
@@ -12,6 +11,7 @@
 #include "ui/application/Observation.h"
 #include "ui/application/Translation.h"
 #include "ui/images/MenuBarBatteryImage.h"
+#include "ui/images/TrayGlyphImage.h"
 #include "ui/linux/DBusMenu.h"
 #include "ui/linux/StatusNotifierItem.h"
 #include "ui/views/MenuBarLabel.h"
@@ -83,22 +83,7 @@ bool TrayItem::usesStatusNotifier() const {
 }
 
 QList<QImage> TrayItem::iconSizes(const BatterySnapshot& snapshot, const QColor& color) {
-    const qreal heightPerWidth =
-        MenuBarBatteryImage::heightPoints / MenuBarBatteryImage::widthPoints;
-    QList<QImage> sizes;
-    for (const int side : {16, 22, 32, 44, 64}) {
-        const qreal scale = side / MenuBarBatteryImage::widthPoints;
-        QImage square(side, side, QImage::Format_ARGB32_Premultiplied);
-        square.fill(Qt::transparent);
-        QPainter painter(&square);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        const qreal glyphHeight = side * heightPerWidth;
-        painter.drawImage(QRectF(0, (side - glyphHeight) / 2, side, glyphHeight),
-                          MenuBarLabel::glyph(snapshot, color, scale));
-        painter.end();
-        sizes.append(square);
-    }
-    return sizes;
+    return TrayGlyphImage::squares(MenuBarBatteryImage::outline(snapshot), color);
 }
 
 MenuBarLabelChoices TrayItem::currentChoices() const {

@@ -46,7 +46,7 @@ class TrayItem final : public StatusItem {
     // Shown by a StatusNotifierWatcher or an XEmbed tray; neither may run yet at login.
     bool isInPanel() const override { return usesStatusNotifier() || fallback_ != nullptr; }
 
-    // The glyph padded into the square sizes hosts draw icons at.
+    // The glyph drawn into each square size hosts draw icons at.
     static QList<QImage> iconSizes(const BatterySnapshot& snapshot, const QColor& color);
 
   private:

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QColor>
+#include <QImage>
+#include <QList>
+#include <QPainterPath>
+#include <array>
+
+// The battery glyph as panels take it: square icons at the sizes they ask for.
+namespace voltaro::ui::TrayGlyphImage {
+
+// The square sizes panels draw status icons at, and their doubles for dense screens.
+inline constexpr std::array<int, 9> sides = {16, 22, 24, 32, 44, 48, 64, 96, 128};
+
+// The glyph's outline (22 × 14 points) filled in the colour, as wide as the square and centred
+// upright in it: drawn for that size, never scaled from another.
+QImage square(const QPainterPath& outline, int side, const QColor& color);
+QList<QImage> squares(const QPainterPath& outline, const QColor& color);
+
+}  // namespace voltaro::ui::TrayGlyphImage
