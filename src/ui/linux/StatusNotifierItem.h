@@ -52,11 +52,12 @@ class StatusNotifierItem : public QObject {
 
     // Each tells the hosts only when the value changed.
     void setIcon(const QList<QImage>& sizes);
-    void setToolTipTitle(const QString& title);
+    void setToolTip(const QString& title, const QString& description);
     void setLabel(const QString& label, const QString& guide);
 
     QList<Pixmap> iconPixmap() const { return iconPixmap_; }
     QString toolTipTitle() const { return toolTipTitle_; }
+    QString toolTipDescription() const { return toolTipDescription_; }
     QDBusObjectPath menuPath() const { return menuPath_; }
     QString label() const { return label_; }
     QString labelGuide() const { return labelGuide_; }
@@ -82,6 +83,9 @@ class StatusNotifierItem : public QObject {
     bool isWatcherPresent_ = false;
     QList<Pixmap> iconPixmap_;
     QString toolTipTitle_;
+    QString toolTipDescription_;
+    QString iconName_;
+    QString iconThemePath_;
     QString label_;
     QString labelGuide_;
 };

@@ -104,7 +104,8 @@ void TrayItem::update(bool force) {
     // Each setter tells the hosts only of what really changed: a new reading time alone
     // leaves the label, the icon and the tooltip as they were.
     statusNotifierItem_->setIcon(iconSizes(snapshot, textColor_));
-    statusNotifierItem_->setToolTipTitle(QString::fromStdString(accessibilityText(snapshot)));
+    statusNotifierItem_->setToolTip(QString::fromStdString(accessibilityText(snapshot)),
+                                    QString::fromStdString(toolTipDescription(snapshot)));
     statusNotifierItem_->setLabel(
         QString::fromStdString(statusText(snapshot, choices).value_or("")),
         QString::fromStdString(reservedStatusText(choices)));
@@ -121,7 +122,8 @@ void TrayItem::updateFallbackIcon() {
             MenuBarLabel::render(*shownSnapshot_, shownChoices_, textColor_, scale)));
     }
     fallback_->setIcon(icon);
-    fallback_->setToolTip(QString::fromStdString(accessibilityText(*shownSnapshot_)));
+    fallback_->setToolTip(QString::fromStdString(accessibilityText(*shownSnapshot_) + "\n" +
+                                                 toolTipDescription(*shownSnapshot_)));
 }
 
 void TrayItem::chooseSurface() {

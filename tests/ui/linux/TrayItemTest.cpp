@@ -200,13 +200,33 @@ TEST_F(TrayItemBusTest, ExportsTheSnapshotAsIconTooltipAndLabel) {
     ASSERT_FALSE(itemService.isEmpty());
     EXPECT_TRUE(tray->usesStatusNotifier());
 
-    EXPECT_EQ(itemProperty("Status").toString(), "Active");
-    EXPECT_FALSE(itemProperty("ItemIsMenu").toBool());
+    // Every property a host may ask for answers, empty where the item has nothing.
+    const std::pair<const char*, QVariant> properties[] = {
+        {"Category", "Hardware"},
+        {"Id", "voltaro"},
+        {"Title", "Voltaro"},
+        {"Status", "Active"},
+        {"WindowId", 0},
+        {"IconName", ""},
+        {"IconThemePath", ""},
+        {"OverlayIconName", ""},
+        {"AttentionIconName", ""},
+        {"AttentionMovieName", ""},
+        {"ItemIsMenu", false},
+        {"XAyatanaLabel", "57% · 13 W"},
+        {"XAyatanaLabelGuide", "100% · 000 W"},
+        {"XAyatanaOrderingIndex", 0u},
+    };
+    for (const auto& [name, expected] : properties) {
+        EXPECT_EQ(itemProperty(name).toString(), expected.toString()) << name;
+    }
+    for (const char* name : {"OverlayIconPixmap", "AttentionIconPixmap"}) {
+        EXPECT_TRUE(qdbus_cast<QList<StatusNotifierItem::Pixmap>>(itemProperty(name)).isEmpty());
+    }
     EXPECT_EQ(itemProperty("Menu").value<QDBusObjectPath>().path(), "/MenuBar");
-    EXPECT_EQ(itemProperty("XAyatanaLabel").toString(), "57% · 13 W");
-    EXPECT_EQ(itemProperty("XAyatanaLabelGuide").toString(), "100% · 000 W");
     const auto tip = qdbus_cast<StatusNotifierItem::ToolTipValue>(itemProperty("ToolTip"));
     EXPECT_EQ(tip.title, "Battery 57 percent, On battery");
+    EXPECT_EQ(tip.description, "57% · 13 W");
 
     const auto pixmaps = iconPixmap();
     ASSERT_FALSE(pixmaps.isEmpty());
