@@ -1,12 +1,17 @@
 #pragma once
 
+#include <QByteArray>
 #include <QColor>
 #include <QImage>
 #include <QList>
 #include <QPainterPath>
+#include <QString>
 #include <array>
 
-// The battery glyph as panels take it: square icons at the sizes they ask for.
+#include "core/telemetry/BatterySnapshot.h"
+
+// The battery glyph as panels take it: square icons at the sizes they ask for, and a symbolic
+// SVG that the panel colours itself.
 namespace voltaro::ui::TrayGlyphImage {
 
 // The square sizes panels draw status icons at, and their doubles for dense screens.
@@ -16,5 +21,12 @@ inline constexpr std::array<int, 9> sides = {16, 22, 24, 32, 44, 48, 64, 96, 128
 // upright in it: drawn for that size, never scaled from another.
 QImage square(const QPainterPath& outline, int side, const QColor& color);
 QList<QImage> squares(const QPainterPath& outline, const QColor& color);
+
+// The outline as a 22 × 22 SVG of plain fills, the form GTK and Plasma recolour to the panel's
+// text colour.
+QByteArray symbolicSvg(const QPainterPath& outline);
+
+// One icon name per look of the glyph: its body's fill band and its accessory.
+QString iconName(const BatterySnapshot& snapshot);
 
 }  // namespace voltaro::ui::TrayGlyphImage

@@ -144,15 +144,21 @@ void StatusNotifierItem::registerDBusTypes() {
     Q_UNUSED(registered);
 }
 
-void StatusNotifierItem::setIcon(const QList<QImage>& sizes) {
+void StatusNotifierItem::setIcon(const QList<QImage>& sizes, const QString& name,
+                                 const QString& themePath) {
     QList<Pixmap> pixmaps;
     for (const QImage& image : sizes) {
         pixmaps.append(pixmapOf(image));
     }
-    if (pixmaps == iconPixmap_) {
+    if (themePath != iconThemePath_) {
+        iconThemePath_ = themePath;
+        emit adaptor_->NewIconThemePath(iconThemePath_);
+    }
+    if (pixmaps == iconPixmap_ && name == iconName_) {
         return;
     }
     iconPixmap_ = pixmaps;
+    iconName_ = name;
     emit adaptor_->NewIcon();
 }
 

@@ -12,6 +12,7 @@
 #include "ui/application/Translation.h"
 #include "ui/images/MenuBarBatteryImage.h"
 #include "ui/images/TrayGlyphImage.h"
+#include "ui/linux/ColorSchemePortal.h"
 #include "ui/linux/DBusMenu.h"
 #include "ui/linux/StatusNotifierItem.h"
 #include "ui/views/MenuBarLabel.h"
@@ -36,7 +37,8 @@ TrayItem::TrayItem(Observable<BatterySnapshot>& snapshot, DisplayPreferencesStor
     : StatusItem(parent),
       snapshot_(snapshot),
       preferences_(preferences),
-      textColor_(QGuiApplication::palette().color(QPalette::WindowText)),
+      colorScheme_(new ColorSchemePortal(bus, this)),
+      iconFolder_(TrayIconFolder::inRuntimeDirectory()),
       // The menu is on the bus before the item that names it.
       dbusMenu_(new DBusMenu(bus, this)),
       statusNotifierItem_(new StatusNotifierItem(
@@ -63,6 +65,7 @@ TrayItem::TrayItem(Observable<BatterySnapshot>& snapshot, DisplayPreferencesStor
     observe(this, snapshot_, [this](const BatterySnapshot&) { update(false); });
     // The store also tells of the temperature unit, which the label does not show.
     connect(&preferences_, &DisplayPreferencesStore::changed, this, [this] { update(false); });
+    connect(colorScheme_, &ColorSchemePortal::changed, this, [this] { update(true); });
 
     update(true);
     chooseSurface();
@@ -70,12 +73,11 @@ TrayItem::TrayItem(Observable<BatterySnapshot>& snapshot, DisplayPreferencesStor
 
 TrayItem::~TrayItem() = default;
 
-void TrayItem::setTextColor(const QColor& color) {
-    if (color == textColor_) {
-        return;
+QColor TrayItem::textColor() const {
+    if (const auto dark = colorScheme_->prefersDark()) {
+        return *dark ? QColor(Qt::white) : QColor(Qt::black);
     }
-    textColor_ = color;
-    update(true);
+    return QGuiApplication::palette().color(QPalette::WindowText);
 }
 
 bool TrayItem::usesStatusNotifier() const {
@@ -103,13 +105,30 @@ void TrayItem::update(bool force) {
 
     // Each setter tells the hosts only of what really changed: a new reading time alone
     // leaves the label, the icon and the tooltip as they were.
-    statusNotifierItem_->setIcon(iconSizes(snapshot, textColor_));
+    updateIcon(snapshot, force);
     statusNotifierItem_->setToolTip(QString::fromStdString(accessibilityText(snapshot)),
                                     QString::fromStdString(toolTipDescription(snapshot)));
     statusNotifierItem_->setLabel(
         QString::fromStdString(statusText(snapshot, choices).value_or("")),
         QString::fromStdString(reservedStatusText(choices)));
     updateFallbackIcon();
+}
+
+void TrayItem::updateIcon(const BatterySnapshot& snapshot, bool force) {
+    const QString look = TrayGlyphImage::iconName(snapshot);
+    if (!force && look == shownLook_) {
+        return;
+    }
+    shownLook_ = look;
+    shownOutline_ = MenuBarBatteryImage::outline(snapshot);
+    QString name;
+    QString themePath;
+    if (iconFolder_ && iconFolder_->write(look, TrayGlyphImage::symbolicSvg(shownOutline_))) {
+        name = look;
+        themePath = iconFolder_->themePath();
+    }
+    statusNotifierItem_->setIcon(TrayGlyphImage::squares(shownOutline_, textColor()), name,
+                                 themePath);
 }
 
 void TrayItem::updateFallbackIcon() {
@@ -119,7 +138,7 @@ void TrayItem::updateFallbackIcon() {
     QIcon icon;
     for (const qreal scale : {1.0, 2.0}) {
         icon.addPixmap(QPixmap::fromImage(
-            MenuBarLabel::render(*shownSnapshot_, shownChoices_, textColor_, scale)));
+            MenuBarLabel::render(*shownSnapshot_, shownChoices_, textColor(), scale)));
     }
     fallback_->setIcon(icon);
     fallback_->setToolTip(QString::fromStdString(accessibilityText(*shownSnapshot_) + "\n" +

@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QList>
 #include <QObject>
+#include <QPainterPath>
 #include <QPoint>
 #include <QRect>
 #include <memory>
@@ -14,12 +15,14 @@
 #include "core/runtime/Published.h"
 #include "core/telemetry/BatterySnapshot.h"
 #include "ui/application/StatusItem.h"
+#include "ui/linux/TrayIconFolder.h"
 
 class QMenu;
 class QSystemTrayIcon;
 
 namespace voltaro::ui {
 
+class ColorSchemePortal;
 class DBusMenu;
 class DisplayPreferencesStore;
 class StatusNotifierItem;
@@ -36,10 +39,9 @@ class TrayItem final : public StatusItem {
              const QDBusConnection& bus = QDBusConnection::sessionBus(), QObject* parent = nullptr);
     ~TrayItem() override;
 
-    // The panel's text colour, which the glyph takes. Until told, the application palette's
-    // window text colour is the best guess.
-    void setTextColor(const QColor& color);
-    QColor textColor() const { return textColor_; }
+    // The colour the glyph's pixels take, for panels that show pixels: light on a dark desktop,
+    // dark on a light one, by the portal's preference, else by the application palette.
+    QColor textColor() const;
 
     // Through a StatusNotifierWatcher rather than an XEmbed tray.
     bool usesStatusNotifier() const;
@@ -53,6 +55,7 @@ class TrayItem final : public StatusItem {
     MenuBarLabelChoices currentChoices() const;
     // Re-renders what the hosts show, if the snapshot or the choices changed or force is set.
     void update(bool force);
+    void updateIcon(const BatterySnapshot& snapshot, bool force);
     void updateFallbackIcon();
     // Shows the item through the watcher when one runs, else through an XEmbed tray if any.
     void chooseSurface();
@@ -61,7 +64,10 @@ class TrayItem final : public StatusItem {
 
     Observable<BatterySnapshot>& snapshot_;
     DisplayPreferencesStore& preferences_;
-    QColor textColor_;
+    ColorSchemePortal* colorScheme_;
+    std::optional<TrayIconFolder> iconFolder_;
+    QString shownLook_;
+    QPainterPath shownOutline_;
     std::optional<BatterySnapshot> shownSnapshot_;
     MenuBarLabelChoices shownChoices_;
     DBusMenu* dbusMenu_;

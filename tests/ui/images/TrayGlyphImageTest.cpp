@@ -1,6 +1,8 @@
 #include "ui/images/TrayGlyphImage.h"
 
 #include <gtest/gtest.h>
+#include <QPainter>
+#include <QSvgRenderer>
 
 #include "ui/images/MenuBarBatteryImage.h"
 
@@ -37,6 +39,39 @@ TEST(TrayGlyphImageTest, EverySizeHoldsTheWholeBattery) {
                   qAlpha(icon.pixel(icon.width() * 18.5 / 22, icon.height() / 2)))
             << side << " in the colour asked for";
     }
+}
+
+// The symbolic icon is the same shape as the pixels: rendered at 44 px they differ nowhere by
+// more than antialiasing does.
+TEST(TrayGlyphImageTest, TheSymbolicIconHasTheGlyphsShape) {
+    for (const auto& snapshot : {state(5, false, false), state(57, true, true),
+                                 state(80, true, false), state(100, false, false)}) {
+        const QPainterPath outline = MenuBarBatteryImage::outline(snapshot);
+        const QImage drawn = TrayGlyphImage::square(outline, 44, Qt::black);
+        QSvgRenderer renderer(TrayGlyphImage::symbolicSvg(outline));
+        ASSERT_TRUE(renderer.isValid());
+        QImage rendered(44, 44, QImage::Format_ARGB32_Premultiplied);
+        rendered.fill(Qt::transparent);
+        QPainter painter(&rendered);
+        renderer.render(&painter);
+        painter.end();
+        int differing = 0;
+        for (int y = 0; y < 44; ++y) {
+            for (int x = 0; x < 44; ++x) {
+                differing +=
+                    std::abs(qAlpha(drawn.pixel(x, y)) - qAlpha(rendered.pixel(x, y))) > 64;
+            }
+        }
+        EXPECT_LE(differing, 4) << TrayGlyphImage::iconName(snapshot).toStdString();
+    }
+}
+
+TEST(TrayGlyphImageTest, NamesOneIconPerLook) {
+    EXPECT_EQ(TrayGlyphImage::iconName(state(5, false, false)), "voltaro-battery-0-symbolic");
+    EXPECT_EQ(TrayGlyphImage::iconName(state(57, true, true)),
+              "voltaro-battery-50-charging-symbolic");
+    EXPECT_EQ(TrayGlyphImage::iconName(state(100, true, false)),
+              "voltaro-battery-100-plugged-symbolic");
 }
 
 }  // namespace
