@@ -57,12 +57,8 @@ class StatusNotifierItem::Adaptor : public QDBusAbstractAdaptor {
     uint orderingIndex() const { return 0; }
 
   public slots:
-    void Activate(int x, int y) {
-        // Hosts that cannot know the pointer's position (Wayland) send the origin.
-        emit item_->activated(x == 0 && y == 0 ? std::nullopt
-                                               : std::optional<QPoint>(QPoint(x, y)));
-    }
-    void SecondaryActivate(int, int) {}
+    void Activate(int x, int y) { item_->activate(x, y, true); }
+    void SecondaryActivate(int x, int y) { item_->activate(x, y, false); }
     void ContextMenu(int x, int y) { emit item_->contextMenuRequested(QPoint(x, y)); }
     void Scroll(int, const QString&) {}
 
@@ -190,6 +186,17 @@ void StatusNotifierItem::registerWithWatcher() {
     call << serviceName_;
     // Never blocks: a watcher that does not answer must not hang the application.
     bus_.asyncCall(call);
+}
+
+void StatusNotifierItem::activate(int x, int y, bool opens) {
+    // Hosts that cannot know the pointer's position (Wayland) send the origin.
+    const bool known = x != 0 || y != 0;
+    if (known) {
+        lastActivation_ = QPoint(x, y);
+    }
+    if (opens) {
+        emit activated(known ? std::optional<QPoint>(QPoint(x, y)) : std::nullopt);
+    }
 }
 
 void StatusNotifierItem::setWatcherPresent(bool isPresent) {

@@ -61,6 +61,8 @@ class StatusNotifierItem : public QObject {
     QString toolTipTitle() const { return toolTipTitle_; }
     QString toolTipDescription() const { return toolTipDescription_; }
     QString iconName() const { return iconName_; }
+    // Where the host last said the item was clicked, if it ever did.
+    std::optional<QPoint> lastActivation() const { return lastActivation_; }
     QDBusObjectPath menuPath() const { return menuPath_; }
     QString label() const { return label_; }
     QString labelGuide() const { return labelGuide_; }
@@ -77,6 +79,8 @@ class StatusNotifierItem : public QObject {
 
     void registerWithWatcher();
     void setWatcherPresent(bool isPresent);
+    // A click the host reports; the secondary one only tells where the item is.
+    void activate(int x, int y, bool opens);
 
     QDBusConnection bus_;
     QDBusObjectPath menuPath_;
@@ -89,6 +93,7 @@ class StatusNotifierItem : public QObject {
     QString toolTipDescription_;
     QString iconName_;
     QString iconThemePath_;
+    std::optional<QPoint> lastActivation_;
     QString label_;
     QString labelGuide_;
 };

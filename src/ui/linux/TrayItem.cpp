@@ -80,6 +80,13 @@ QColor TrayItem::textColor() const {
     return QGuiApplication::palette().color(QPalette::WindowText);
 }
 
+std::optional<QRect> TrayItem::lastKnownAnchor() const {
+    if (const auto clicked = statusNotifierItem_->lastActivation()) {
+        return QRect(*clicked, QSize(0, 0));
+    }
+    return fallbackAnchor();
+}
+
 bool TrayItem::usesStatusNotifier() const {
     return statusNotifierItem_->isExported() && statusNotifierItem_->isWatcherPresent();
 }

@@ -47,6 +47,7 @@ class TrayItem final : public StatusItem {
     bool usesStatusNotifier() const;
     // Shown by a StatusNotifierWatcher or an XEmbed tray; neither may run yet at login.
     bool isInPanel() const override { return usesStatusNotifier() || fallback_ != nullptr; }
+    std::optional<QRect> lastKnownAnchor() const override;
 
     // The glyph drawn into each square size hosts draw icons at.
     static QList<QImage> iconSizes(const BatterySnapshot& snapshot, const QColor& color);

@@ -380,11 +380,17 @@ TEST_F(TrayItemBusTest, AClickOpensTheDashboardWhereTheHostSaysItWas) {
     QObject::connect(tray.get(), &TrayItem::activated,
                      [&](std::optional<QRect> at) { opened.push_back(at); });
 
+    EXPECT_EQ(tray->lastKnownAnchor(), std::nullopt);
     callItem("Activate", {1830, 12});
     callItem("Activate", {0, 540});  // a panel on the left edge
     callItem("Activate", {0, 0});    // a host that cannot tell
     EXPECT_EQ(opened, (std::vector<std::optional<QRect>>{QRect(1830, 12, 0, 0), QRect(0, 540, 0, 0),
                                                          std::nullopt}));
+    // The menu's dashboard opens by the last place a host told, a middle click's included.
+    EXPECT_EQ(tray->lastKnownAnchor(), QRect(0, 540, 0, 0));
+    callItem("SecondaryActivate", {900, 1060});
+    EXPECT_EQ(tray->lastKnownAnchor(), QRect(900, 1060, 0, 0));
+    EXPECT_EQ(opened.size(), 3u);
 }
 
 TEST_F(TrayItemBusTest, ThePixelsTakeTheDesktopsLightOrDarkPreference) {
