@@ -68,6 +68,8 @@ TrayItem::TrayItem(Observable<BatterySnapshot>& snapshot, DisplayPreferencesStor
     connect(colorScheme_, &ColorSchemePortal::changed, this, [this] { update(true); });
 
     update(true);
+    // Only now that the item shows the battery may a host learn of it.
+    statusNotifierItem_->publish();
     chooseSurface();
 }
 
