@@ -137,7 +137,8 @@ void TrayItem::updateIcon(const BatterySnapshot& snapshot, bool force) {
     shownOutline_ = MenuBarBatteryImage::outline(snapshot);
     QString name;
     QString themePath;
-    if (iconFolder_ && iconFolder_->write(look, TrayGlyphImage::symbolicSvg(shownOutline_))) {
+    if (iconFolder_ &&
+        iconFolder_->write(look, TrayGlyphImage::symbolicSvg(shownOutline_, textColor()))) {
         name = look;
         themePath = iconFolder_->themePath();
     }
