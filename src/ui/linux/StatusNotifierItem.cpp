@@ -5,10 +5,19 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusMetaType>
+#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
+#include <QDBusVariant>
+#include <QTimer>
 #include <QtEndian>
 
 namespace voltaro::ui {
+namespace {
+
+// Registrations per appearance of a watcher: enough to outlast a dropped one, never endless.
+constexpr int maximumRegistrations = 3;
+
+}  // namespace
 
 // What the hosts see: the item's D-Bus interface, kept apart from the owner's signals.
 class StatusNotifierItem::Adaptor : public QDBusAbstractAdaptor {
@@ -20,12 +29,19 @@ class StatusNotifierItem::Adaptor : public QDBusAbstractAdaptor {
     Q_PROPERTY(QString Status READ status)
     Q_PROPERTY(int WindowId READ windowId)
     Q_PROPERTY(QString IconName READ iconName)
+    Q_PROPERTY(QString IconThemePath READ iconThemePath)
     Q_PROPERTY(QList<voltaro::ui::StatusNotifierItem::Pixmap> IconPixmap READ iconPixmap)
+    Q_PROPERTY(QString OverlayIconName READ none)
+    Q_PROPERTY(QList<voltaro::ui::StatusNotifierItem::Pixmap> OverlayIconPixmap READ noPixmaps)
+    Q_PROPERTY(QString AttentionIconName READ none)
+    Q_PROPERTY(QList<voltaro::ui::StatusNotifierItem::Pixmap> AttentionIconPixmap READ noPixmaps)
+    Q_PROPERTY(QString AttentionMovieName READ none)
     Q_PROPERTY(voltaro::ui::StatusNotifierItem::ToolTipValue ToolTip READ toolTip)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu)
     Q_PROPERTY(QDBusObjectPath Menu READ menu)
     Q_PROPERTY(QString XAyatanaLabel READ label)
     Q_PROPERTY(QString XAyatanaLabelGuide READ labelGuide)
+    Q_PROPERTY(uint XAyatanaOrderingIndex READ orderingIndex)
 
   public:
     explicit Adaptor(StatusNotifierItem* item) : QDBusAbstractAdaptor(item), item_(item) {}
@@ -35,29 +51,34 @@ class StatusNotifierItem::Adaptor : public QDBusAbstractAdaptor {
     QString title() const { return QStringLiteral("Voltaro"); }
     QString status() const { return QStringLiteral("Active"); }
     int windowId() const { return 0; }
-    QString iconName() const { return {}; }
+    QString iconName() const { return item_->iconName_; }
+    QString iconThemePath() const { return item_->iconThemePath_; }
     QList<Pixmap> iconPixmap() const { return item_->iconPixmap_; }
-    ToolTipValue toolTip() const { return {{}, {}, item_->toolTipTitle_, {}}; }
+    QString none() const { return {}; }
+    QList<Pixmap> noPixmaps() const { return {}; }
+    ToolTipValue toolTip() const {
+        return {item_->iconName_, {}, item_->toolTipTitle_, item_->toolTipDescription_};
+    }
     bool itemIsMenu() const { return false; }
     QDBusObjectPath menu() const { return item_->menuPath_; }
     QString label() const { return item_->label_; }
     QString labelGuide() const { return item_->labelGuide_; }
+    uint orderingIndex() const { return 0; }
 
   public slots:
-    void Activate(int x, int y) {
-        // Hosts that cannot know the pointer's position (Wayland) send the origin.
-        emit item_->activated(x == 0 && y == 0 ? std::nullopt
-                                               : std::optional<QPoint>(QPoint(x, y)));
-    }
-    void SecondaryActivate(int, int) {}
+    void Activate(int x, int y) { item_->activate(x, y, true); }
+    void SecondaryActivate(int x, int y) { item_->activate(x, y, false); }
     void ContextMenu(int x, int y) { emit item_->contextMenuRequested(QPoint(x, y)); }
     void Scroll(int, const QString&) {}
 
   signals:
     void NewTitle();
     void NewIcon();
+    void NewAttentionIcon();
+    void NewOverlayIcon();
     void NewToolTip();
     void NewStatus(const QString& status);
+    void NewIconThemePath(const QString& path);
     void XAyatanaNewLabel(const QString& label, const QString& guide);
 
   private:
@@ -73,9 +94,14 @@ StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, const QDBusOb
     serviceName_ = QStringLiteral("org.kde.StatusNotifierItem-%1-%2")
                        .arg(QCoreApplication::applicationPid())
                        .arg(++instances);
-    if (!bus_.isConnected()) {
+}
+
+void StatusNotifierItem::publish() {
+    if (isPublished_ || !bus_.isConnected()) {
         return;
     }
+    isPublished_ = true;
+    // Object first, then the name: whoever sees the name finds every property answering.
     isExported_ = bus_.registerObject(QString::fromLatin1(objectPath), this,
                                       QDBusConnection::ExportAdaptors) &&
                   bus_.registerService(serviceName_);
@@ -87,12 +113,18 @@ StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, const QDBusOb
             [this](const QString&, const QString&, const QString& newOwner) {
                 setWatcherPresent(!newOwner.isEmpty());
                 if (!newOwner.isEmpty()) {
+                    registrationsLeft_ = maximumRegistrations;
                     registerWithWatcher();
                 }
             });
+    // A host that comes back may find the watcher without the item.
+    bus_.connect(QString::fromLatin1(watcherService), QStringLiteral("/StatusNotifierWatcher"),
+                 QString::fromLatin1(watcherService),
+                 QStringLiteral("StatusNotifierHostRegistered"), this, SLOT(checkRegistration()));
     if (bus_.interface() &&
         bus_.interface()->isServiceRegistered(QString::fromLatin1(watcherService))) {
         isWatcherPresent_ = true;
+        registrationsLeft_ = maximumRegistrations;
         registerWithWatcher();
     }
 }
@@ -128,23 +160,30 @@ void StatusNotifierItem::registerDBusTypes() {
     Q_UNUSED(registered);
 }
 
-void StatusNotifierItem::setIcon(const QList<QImage>& sizes) {
+void StatusNotifierItem::setIcon(const QList<QImage>& sizes, const QString& name,
+                                 const QString& themePath) {
     QList<Pixmap> pixmaps;
     for (const QImage& image : sizes) {
         pixmaps.append(pixmapOf(image));
     }
-    if (pixmaps == iconPixmap_) {
+    if (themePath != iconThemePath_) {
+        iconThemePath_ = themePath;
+        emit adaptor_->NewIconThemePath(iconThemePath_);
+    }
+    if (pixmaps == iconPixmap_ && name == iconName_) {
         return;
     }
     iconPixmap_ = pixmaps;
+    iconName_ = name;
     emit adaptor_->NewIcon();
 }
 
-void StatusNotifierItem::setToolTipTitle(const QString& title) {
-    if (title == toolTipTitle_) {
+void StatusNotifierItem::setToolTip(const QString& title, const QString& description) {
+    if (title == toolTipTitle_ && description == toolTipDescription_) {
         return;
     }
     toolTipTitle_ = title;
+    toolTipDescription_ = description;
     emit adaptor_->NewToolTip();
 }
 
@@ -158,15 +197,57 @@ void StatusNotifierItem::setLabel(const QString& label, const QString& guide) {
 }
 
 void StatusNotifierItem::registerWithWatcher() {
-    if (!isExported_) {
+    if (!isExported_ || registrationsLeft_ <= 0) {
         return;
     }
+    --registrationsLeft_;
     auto call = QDBusMessage::createMethodCall(
         QString::fromLatin1(watcherService), QStringLiteral("/StatusNotifierWatcher"),
         QString::fromLatin1(watcherService), QStringLiteral("RegisterStatusNotifierItem"));
     call << serviceName_;
     // Never blocks: a watcher that does not answer must not hang the application.
-    bus_.asyncCall(call);
+    auto* pending = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* p) {
+        p->deleteLater();
+        // Some watchers accept the call and still drop the item, so look a little later.
+        QTimer::singleShot(checkIntervalMs_, this, &StatusNotifierItem::checkRegistration);
+    });
+}
+
+void StatusNotifierItem::checkRegistration() {
+    auto call = QDBusMessage::createMethodCall(
+        QString::fromLatin1(watcherService), QStringLiteral("/StatusNotifierWatcher"),
+        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    call << QString::fromLatin1(watcherService) << QStringLiteral("RegisteredStatusNotifierItems");
+    auto* pending = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* p) {
+        p->deleteLater();
+        const QDBusMessage reply = p->reply();
+        if (reply.type() != QDBusMessage::ReplyMessage) {
+            return;  // a watcher that cannot tell, or none any more
+        }
+        const QStringList items =
+            qdbus_cast<QStringList>(reply.arguments().value(0).value<QDBusVariant>().variant());
+        // Listed by bus name or by unique connection name, with or without the object path.
+        for (const QString& item : items) {
+            if (item.startsWith(serviceName_) || item.startsWith(bus_.baseService() + '/') ||
+                item == bus_.baseService()) {
+                return;
+            }
+        }
+        registerWithWatcher();
+    });
+}
+
+void StatusNotifierItem::activate(int x, int y, bool opens) {
+    // Hosts that cannot know the pointer's position (Wayland) send the origin.
+    const bool known = x != 0 || y != 0;
+    if (known) {
+        lastActivation_ = QPoint(x, y);
+    }
+    if (opens) {
+        emit activated(known ? std::optional<QPoint>(QPoint(x, y)) : std::nullopt);
+    }
 }
 
 void StatusNotifierItem::setWatcherPresent(bool isPresent) {

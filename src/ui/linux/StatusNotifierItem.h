@@ -42,21 +42,34 @@ class StatusNotifierItem : public QObject {
                        QObject* parent = nullptr);
     ~StatusNotifierItem() override;
 
+    // Takes the bus name and registers with the watcher; call once the item shows what it
+    // should, since a host reads everything the moment it learns of the item.
+    void publish();
+    // How long after registering the item looks whether the watcher lists it, and registers
+    // again if not.
+    void setRegistrationCheckInterval(int milliseconds) { checkIntervalMs_ = milliseconds; }
+
     static Pixmap pixmapOf(const QImage& image);
     static void registerDBusTypes();
 
-    // Whether the item is on the bus under its own name.
+    // Whether the item is on the bus under its own name, once published.
     bool isExported() const { return isExported_; }
     bool isWatcherPresent() const { return isWatcherPresent_; }
     QString serviceName() const { return serviceName_; }
 
     // Each tells the hosts only when the value changed.
-    void setIcon(const QList<QImage>& sizes);
-    void setToolTipTitle(const QString& title);
+    // The glyph as pixels, and as a themed icon name with the folder holding it (both empty
+    // where there is none) for hosts that prefer names to pixels.
+    void setIcon(const QList<QImage>& sizes, const QString& name, const QString& themePath);
+    void setToolTip(const QString& title, const QString& description);
     void setLabel(const QString& label, const QString& guide);
 
     QList<Pixmap> iconPixmap() const { return iconPixmap_; }
     QString toolTipTitle() const { return toolTipTitle_; }
+    QString toolTipDescription() const { return toolTipDescription_; }
+    QString iconName() const { return iconName_; }
+    // Where the host last said the item was clicked, if it ever did.
+    std::optional<QPoint> lastActivation() const { return lastActivation_; }
     QDBusObjectPath menuPath() const { return menuPath_; }
     QString label() const { return label_; }
     QString labelGuide() const { return labelGuide_; }
@@ -73,7 +86,13 @@ class StatusNotifierItem : public QObject {
 
     void registerWithWatcher();
     void setWatcherPresent(bool isPresent);
+    // A click the host reports; the secondary one only tells where the item is.
+    void activate(int x, int y, bool opens);
 
+  private slots:
+    void checkRegistration();
+
+  private:
     QDBusConnection bus_;
     QDBusObjectPath menuPath_;
     Adaptor* adaptor_;
@@ -82,6 +101,13 @@ class StatusNotifierItem : public QObject {
     bool isWatcherPresent_ = false;
     QList<Pixmap> iconPixmap_;
     QString toolTipTitle_;
+    QString toolTipDescription_;
+    QString iconName_;
+    QString iconThemePath_;
+    std::optional<QPoint> lastActivation_;
+    int checkIntervalMs_ = 4000;
+    int registrationsLeft_ = 0;
+    bool isPublished_ = false;
     QString label_;
     QString labelGuide_;
 };

@@ -3,18 +3,20 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QMenu>
-#include <QPainter>
 #include <QPalette>
 #include <QPixmap>
 #include <QSystemTrayIcon>
+#include <QTimer>
+#include <chrono>
 
 #include "ui/application/DisplayPreferencesStore.h"
 #include "ui/application/Observation.h"
 #include "ui/application/Translation.h"
 #include "ui/images/MenuBarBatteryImage.h"
+#include "ui/images/TrayGlyphImage.h"
+#include "ui/linux/ColorSchemePortal.h"
 #include "ui/linux/DBusMenu.h"
 #include "ui/linux/StatusNotifierItem.h"
-#include "ui/views/MenuBarLabel.h"
 
 namespace voltaro::ui {
 namespace {
@@ -36,12 +38,14 @@ TrayItem::TrayItem(Observable<BatterySnapshot>& snapshot, DisplayPreferencesStor
     : StatusItem(parent),
       snapshot_(snapshot),
       preferences_(preferences),
-      textColor_(QGuiApplication::palette().color(QPalette::WindowText)),
+      colorScheme_(new ColorSchemePortal(bus, this)),
+      iconFolder_(TrayIconFolder::inRuntimeDirectory()),
       // The menu is on the bus before the item that names it.
       dbusMenu_(new DBusMenu(bus, this)),
       statusNotifierItem_(new StatusNotifierItem(
           bus, QDBusObjectPath(QString::fromLatin1(DBusMenu::objectPath)), this)),
-      contextMenu_(std::make_unique<QMenu>()) {
+      contextMenu_(std::make_unique<QMenu>()),
+      panelProbe_(new QTimer(this)) {
     connect(dbusMenu_, &DBusMenu::openDashboardRequested, this, &TrayItem::openDashboardRequested);
     connect(dbusMenu_, &DBusMenu::openSettingsRequested, this, &TrayItem::openSettingsRequested);
     connect(dbusMenu_, &DBusMenu::quitRequested, this, &TrayItem::quitRequested);
@@ -63,19 +67,31 @@ TrayItem::TrayItem(Observable<BatterySnapshot>& snapshot, DisplayPreferencesStor
     observe(this, snapshot_, [this](const BatterySnapshot&) { update(false); });
     // The store also tells of the temperature unit, which the label does not show.
     connect(&preferences_, &DisplayPreferencesStore::changed, this, [this] { update(false); });
+    connect(colorScheme_, &ColorSchemePortal::changed, this, [this] { update(true); });
+    // An XEmbed tray announces itself to nobody: look for one while no panel shows the item.
+    panelProbe_->setInterval(std::chrono::seconds(3));
+    connect(panelProbe_, &QTimer::timeout, this, &TrayItem::chooseSurface);
 
     update(true);
+    // Only now that the item shows the battery may a host learn of it.
+    statusNotifierItem_->publish();
     chooseSurface();
 }
 
 TrayItem::~TrayItem() = default;
 
-void TrayItem::setTextColor(const QColor& color) {
-    if (color == textColor_) {
-        return;
+QColor TrayItem::textColor() const {
+    if (const auto dark = colorScheme_->prefersDark()) {
+        return *dark ? QColor(Qt::white) : QColor(Qt::black);
     }
-    textColor_ = color;
-    update(true);
+    return QGuiApplication::palette().color(QPalette::WindowText);
+}
+
+std::optional<QRect> TrayItem::lastKnownAnchor() const {
+    if (const auto clicked = statusNotifierItem_->lastActivation()) {
+        return QRect(*clicked, QSize(0, 0));
+    }
+    return fallbackAnchor();
 }
 
 bool TrayItem::usesStatusNotifier() const {
@@ -83,22 +99,7 @@ bool TrayItem::usesStatusNotifier() const {
 }
 
 QList<QImage> TrayItem::iconSizes(const BatterySnapshot& snapshot, const QColor& color) {
-    const qreal heightPerWidth =
-        MenuBarBatteryImage::heightPoints / MenuBarBatteryImage::widthPoints;
-    QList<QImage> sizes;
-    for (const int side : {16, 22, 32, 44, 64}) {
-        const qreal scale = side / MenuBarBatteryImage::widthPoints;
-        QImage square(side, side, QImage::Format_ARGB32_Premultiplied);
-        square.fill(Qt::transparent);
-        QPainter painter(&square);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        const qreal glyphHeight = side * heightPerWidth;
-        painter.drawImage(QRectF(0, (side - glyphHeight) / 2, side, glyphHeight),
-                          MenuBarLabel::glyph(snapshot, color, scale));
-        painter.end();
-        sizes.append(square);
-    }
-    return sizes;
+    return TrayGlyphImage::squares(MenuBarBatteryImage::outline(snapshot), color);
 }
 
 MenuBarLabelChoices TrayItem::currentChoices() const {
@@ -118,29 +119,59 @@ void TrayItem::update(bool force) {
 
     // Each setter tells the hosts only of what really changed: a new reading time alone
     // leaves the label, the icon and the tooltip as they were.
-    statusNotifierItem_->setIcon(iconSizes(snapshot, textColor_));
-    statusNotifierItem_->setToolTipTitle(QString::fromStdString(accessibilityText(snapshot)));
+    updateIcon(snapshot, force);
+    statusNotifierItem_->setToolTip(QString::fromStdString(accessibilityText(snapshot)),
+                                    QString::fromStdString(toolTipDescription(snapshot)));
     statusNotifierItem_->setLabel(
         QString::fromStdString(statusText(snapshot, choices).value_or("")),
         QString::fromStdString(reservedStatusText(choices)));
     updateFallbackIcon();
 }
 
+void TrayItem::updateIcon(const BatterySnapshot& snapshot, bool force) {
+    const QString look = TrayGlyphImage::iconName(snapshot);
+    if (!force && look == shownLook_) {
+        return;
+    }
+    shownLook_ = look;
+    shownOutline_ = MenuBarBatteryImage::outline(snapshot);
+    QString name;
+    QString themePath;
+    if (iconFolder_ &&
+        iconFolder_->write(look, TrayGlyphImage::symbolicSvg(shownOutline_, textColor()))) {
+        name = look;
+        themePath = iconFolder_->themePath();
+    }
+    statusNotifierItem_->setIcon(TrayGlyphImage::squares(shownOutline_, textColor()), name,
+                                 themePath);
+}
+
 void TrayItem::updateFallbackIcon() {
     if (!fallback_ || !shownSnapshot_) {
         return;
     }
+    // The tray's own icon size where it tells it, beside the usual ones.
+    QList<int> sides(TrayGlyphImage::sides.begin(), TrayGlyphImage::sides.end());
+    if (fallback_->geometry().isValid()) {
+        sides.append(fallback_->geometry().height());
+    }
     QIcon icon;
-    for (const qreal scale : {1.0, 2.0}) {
-        icon.addPixmap(QPixmap::fromImage(
-            MenuBarLabel::render(*shownSnapshot_, shownChoices_, textColor_, scale)));
+    for (const int side : sides) {
+        icon.addPixmap(
+            QPixmap::fromImage(TrayGlyphImage::square(shownOutline_, side, textColor())));
     }
     fallback_->setIcon(icon);
-    fallback_->setToolTip(QString::fromStdString(accessibilityText(*shownSnapshot_)));
+    fallback_->setToolTip(QString::fromStdString(accessibilityText(*shownSnapshot_) + "\n" +
+                                                 toolTipDescription(*shownSnapshot_)));
 }
 
 void TrayItem::chooseSurface() {
     placeInPanel();
+    if (isInPanel()) {
+        panelProbe_->stop();
+    } else if (!panelProbe_->isActive()) {
+        panelProbe_->start();
+    }
     // The watcher's presence has already changed when this runs: compare with what was told.
     if (isInPanel() != toldInPanel_) {
         toldInPanel_ = isInPanel();
@@ -167,6 +198,8 @@ void TrayItem::placeInPanel() {
             });
     updateFallbackIcon();
     fallback_->show();
+    // Embedded, the icon has the tray's size: drawn again for it.
+    QTimer::singleShot(std::chrono::milliseconds(500), this, &TrayItem::updateFallbackIcon);
 }
 
 std::optional<QRect> TrayItem::fallbackAnchor() const {
