@@ -12,7 +12,6 @@ TEST(DashboardJsonTest, WritesTheStatesValuesWithNullForUnknownAndTheModelAsShow
     snapshot.timeToFullMinutes = 95;
     snapshot.isConnectedToPower = true;
     snapshot.isCharging = true;
-    snapshot.health.cycleCount = 143;
     snapshot.updatedAt = WallTime{} + std::chrono::milliseconds(1'795'000'000'123);
     const DashboardState state{
         .snapshot = snapshot,
@@ -41,10 +40,10 @@ TEST(DashboardJsonTest, WritesTheStatesValuesWithNullForUnknownAndTheModelAsShow
                      "temperatureCelsius": null, "timeToFullMinutes": 95,
                      "isConnectedToPower": true, "isCharging": true,
                      "updatedAt": "2026-11-18T11:06:40.123Z", "stateLabel": "Charging",
-                     "health": {"cycleCount": 143, "capacityPercent": null,
-                                "fullChargeWattHours": null, "designWattHours": null,
-                                "fullChargeMilliampHours": null, "designMilliampHours": null,
-                                "manufacturer": null, "model": null, "technology": null}},
+                     "health": {"cycleCount": null, "capacityPercent": null, "fullChargeWattHours":
+                        null, "designWattHours": null, "fullChargeMilliampHours": null,
+                        "designMilliampHours": null, "manufacturer": null, "model": null,
+                        "technology": null}},
         "lowPowerMode": null,
         "applications": [{"id": "org.gnome.Nautilus", "name": "Files", "watts": 1.25}],
         "collectedSeconds": 12,

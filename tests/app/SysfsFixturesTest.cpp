@@ -88,18 +88,15 @@ TEST(SysfsFixtureHealthTest, EveryTreeGivesItsHealthFigures) {
         platform::SysfsBatteryRegistry registry(sysfs / fixture);
         UnavailableSMCController smc;
         testing::ManualScheduler clock;
-        auto health = nlohmann::json::parse(
-            dashboardJson({.snapshot = BatteryReader(registry, smc, clock).read()}, {})
-                .at("snapshot")
-                .at("health")
-                .dump());
+        auto health = dashboardJson({.snapshot = BatteryReader(registry, smc, clock).read()},
+                                    {})["snapshot"]["health"];
         if (auto& percent = health["capacityPercent"]; percent.is_number()) {
             percent = std::round(percent.get<double>() * 10) / 10;
         }
-        EXPECT_EQ(
-            nlohmann::json::array({health["cycleCount"], health["capacityPercent"],
-                                   health["manufacturer"], health["model"], health["technology"]}),
-            nlohmann::json::parse(expected))
+        EXPECT_EQ(nlohmann::ordered_json::array({health["cycleCount"], health["capacityPercent"],
+                                                 health["manufacturer"], health["model"],
+                                                 health["technology"]}),
+                  nlohmann::ordered_json::parse(expected))
             << fixture;
     }
 }

@@ -66,13 +66,14 @@ BatteryHealth batteryHealth(const PropertyDictionary& properties) {
     health.fullChargeWattHours = wattHours(properties, "FullChargeEnergy");
     health.designMilliampHours =
         positiveUpTo(number(properties, "DesignCapacity"), maximumMilliampHours);
-    // Apple silicon gives the maximum as a percentage and the milliampere-hours beside it.
+    // Apple silicon gives MaxCapacity as a percentage and the mAh as the raw figure; Intel Macs
+    // give MaxCapacity in mAh, and a pack that holds at most 100 mAh is no pack.
     std::optional<double> maxCapacityPercent;
     if (properties.contains("AppleRawMaxCapacity")) {
         health.fullChargeMilliampHours =
             positiveUpTo(number(properties, "AppleRawMaxCapacity"), maximumMilliampHours);
     } else if (const auto maximum = number(properties, "MaxCapacity");
-               maximum && *maximum <= 100 && health.designMilliampHours > 100.0) {
+               maximum && *maximum <= 100 && health.designMilliampHours.value_or(0) > 100) {
         maxCapacityPercent = positiveUpTo(maximum, 100);
     } else {
         health.fullChargeMilliampHours = positiveUpTo(maximum, maximumMilliampHours);
