@@ -178,7 +178,6 @@ TEST_F(ReaderFixture, HealthLeavesImplausibleFiguresUnknown) {
         {D{{"DesignCapacity", 5000}, {"MaxCapacity", 4600}}, unknown, 92},  // Intel: mAh
         {with(appleSilicon, {{"DesignEnergy", 50000}, {"FullChargeEnergy", 52000}}), unknown, 104},
         {D{{"DesignCapacity", 0}, {"AppleRawMaxCapacity", 3000}}, unknown, unknown},
-        {D{{"DesignEnergy", -5}, {"FullChargeEnergy", 40000}}, unknown, unknown},
         {D{{"DesignCapacity", 1000}, {"AppleRawMaxCapacity", 2500}}, unknown, unknown},  // 250 %
         {D{{"CycleCount", 0}}, 0, unknown},
         {D{{"CycleCount", -1}}, unknown, unknown},
