@@ -141,7 +141,7 @@ DashboardSection healthSection(const BatteryHealth& health) {
     DashboardSection section{.title = localized("Battery health")};
     const auto& percent = health.capacityPercent;
     section.rows.push_back({.title = localized("Capacity"),
-                            .value = percent ? std::to_string(std::lround(*percent)) + "%" : "—",
+                            .value = percent ? formatDecimal(*percent, 0) + "%" : "—",
                             .caption = percent ? capacityCaption(health) : std::nullopt,
                             .symbol = "battery.100percent"});
     section.rows.push_back({.title = localized("Cycle count"),
