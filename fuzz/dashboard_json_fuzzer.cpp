@@ -87,6 +87,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     snapshot.isConnectedToPower = provider.ConsumeBool();
     snapshot.isCharging = provider.ConsumeBool();
+    BatteryHealth& health = snapshot.health;
+    if (provider.ConsumeBool()) {
+        health.cycleCount = provider.ConsumeIntegral<std::int64_t>();
+    }
+    health.capacityPercent = maybeDouble(provider);
+    health.fullChargeWattHours = maybeDouble(provider);
+    health.designWattHours = maybeDouble(provider);
+    health.fullChargeMilliampHours = maybeDouble(provider);
+    health.designMilliampHours = maybeDouble(provider);
+    if (provider.ConsumeBool()) {
+        health.model = anyText(provider);
+    }
     // Years 1678 to 2261: as far as the clock reaches.
     snapshot.updatedAt = WallTime{} + WallTime::duration(provider.ConsumeIntegral<std::int64_t>());
     if (provider.ConsumeBool()) {
@@ -111,7 +123,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     check(written.is_object() && written.size() == 5);
 
     const json& s = written.at("snapshot");
-    check(s.size() == 11);
+    check(s.size() == 12);
     check(s.at("level").is_number_integer() && s.at("level").get<std::int64_t>() == snapshot.level);
     checkNumber(s.at("systemWatts"), snapshot.systemWatts);
     checkNumber(s.at("batteryPowerWatts"), snapshot.batteryPowerWatts);
@@ -131,6 +143,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
           std::chrono::floor<std::chrono::milliseconds>(snapshot.updatedAt.time_since_epoch())
               .count());
     check(s.at("stateLabel") == snapshot.stateLabel());
+    const json& h = s.at("health");
+    check(h.size() == 9);
+    check(health.cycleCount ? h.at("cycleCount") == *health.cycleCount
+                            : h.at("cycleCount").is_null());
+    checkNumber(h.at("capacityPercent"), health.capacityPercent);
+    checkNumber(h.at("fullChargeWattHours"), health.fullChargeWattHours);
+    checkNumber(h.at("designWattHours"), health.designWattHours);
+    checkNumber(h.at("fullChargeMilliampHours"), health.fullChargeMilliampHours);
+    checkNumber(h.at("designMilliampHours"), health.designMilliampHours);
+    if (health.model) {
+        checkText(h.at("model"), *health.model);
+    } else {
+        check(h.at("model").is_null());
+    }
     check(written.at("dashboard").at("sections").size() == model.sections.size());
 
     if (state.lowPowerMode) {

@@ -193,7 +193,7 @@ struct Bounded {
     std::int64_t minimum;
     std::int64_t maximum;
 };
-constexpr std::array<Bounded, 10> batteryFields = {{
+constexpr std::array<Bounded, 13> batteryFields = {{
     {"energy_now", &SysfsBattery::energyNowMicrowattHours, 0, 10'000'000'000},
     {"energy_full", &SysfsBattery::energyFullMicrowattHours, 1, 10'000'000'000},
     {"charge_now", &SysfsBattery::chargeNowMicroampHours, 0, 1'000'000'000},
@@ -204,6 +204,9 @@ constexpr std::array<Bounded, 10> batteryFields = {{
     {"temp", &SysfsBattery::temperatureDecidegreesCelsius, -1'000, 2'000},
     {"time_to_full_avg", &SysfsBattery::timeToFullAverageSeconds, 0, 10'000'000},
     {"time_to_full_now", &SysfsBattery::timeToFullNowSeconds, 0, 10'000'000},
+    {"energy_full_design", &SysfsBattery::energyFullDesignMicrowattHours, 1, 10'000'000'000},
+    {"charge_full_design", &SysfsBattery::chargeFullDesignMicroampHours, 1, 1'000'000'000},
+    {"cycle_count", &SysfsBattery::cycleCount, 1, largest},
 }};
 
 void checkSupplies(const Tree& tree, const SysfsPowerSupplies& supplies) {
@@ -270,10 +273,12 @@ void checkProperties(const SysfsPowerSupplies& supplies) {
     if (!properties) {
         return;
     }
-    constexpr std::array<std::string_view, 10> keys = {
-        "CurrentCapacity",    "IsCharging",     "ExternalConnected", "Voltage",
-        "InstantAmperage",    "Temperature",    "AvgTimeToFull",     "InstantTimeToFull",
-        "PowerTelemetryData", "AdapterDetails",
+    constexpr std::array<std::string_view, 18> keys = {
+        "CurrentCapacity",    "IsCharging",     "ExternalConnected",   "Voltage",
+        "InstantAmperage",    "Temperature",    "AvgTimeToFull",       "InstantTimeToFull",
+        "PowerTelemetryData", "AdapterDetails", "CycleCount",          "DesignEnergy",
+        "FullChargeEnergy",   "DesignCapacity", "AppleRawMaxCapacity", "Manufacturer",
+        "DeviceName",         "Technology",
     };
     for (const auto& entry : properties->entries()) {
         check(std::find(keys.begin(), keys.end(), entry.key) != keys.end());
@@ -306,6 +311,18 @@ void checkProperties(const SysfsPowerSupplies& supplies) {
     }
     if (const auto* telemetry = valueOf<PropertyDictionary>(*properties, "PowerTelemetryData")) {
         check(telemetry->size() == 1 && valueOf<std::int64_t>(*telemetry, "BatteryPower"));
+    }
+    // Health: whole positive figures (sums in thousandths of the kernel's unit), trimmed texts.
+    for (const char* key : {"CycleCount", "DesignEnergy", "FullChargeEnergy", "DesignCapacity",
+                            "AppleRawMaxCapacity"}) {
+        if (const auto* figure = valueOf<std::int64_t>(*properties, key)) {
+            check(*figure >= 0);
+        }
+    }
+    for (const char* key : {"Manufacturer", "DeviceName", "Technology"}) {
+        if (const auto* text = valueOf<std::string>(*properties, key)) {
+            check(!text->empty() && text->front() != ' ' && text->back() != ' ');
+        }
     }
     if (const auto* details = valueOf<PropertyDictionary>(*properties, "AdapterDetails")) {
         const auto* watts = valueOf<double>(*details, "Watts");

@@ -110,6 +110,34 @@
         <translation>Daten werden gesammelt …</translation>
     </message>
     <message>
+        <source>Battery health</source>
+        <translation>Akkuzustand</translation>
+    </message>
+    <message>
+        <source>Capacity</source>
+        <translation>Kapazität</translation>
+    </message>
+    <message>
+        <source>Cycle count</source>
+        <translation>Ladezyklen</translation>
+    </message>
+    <message>
+        <source>Model</source>
+        <translation>Modell</translation>
+    </message>
+    <message>
+        <source>%@ of %@</source>
+        <translation>%@ von %@</translation>
+    </message>
+    <message>
+        <source>Wh</source>
+        <translation>Wh</translation>
+    </message>
+    <message>
+        <source>mAh</source>
+        <translation>mAh</translation>
+    </message>
+    <message>
         <source>less than 0.01 W</source>
         <translation>weniger als 0,01 W</translation>
     </message>

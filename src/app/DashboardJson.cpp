@@ -45,6 +45,18 @@ nlohmann::ordered_json modelJson(const DashboardModel& model) {
             {"sections", sections}};
 }
 
+nlohmann::ordered_json healthJson(const BatteryHealth& health) {
+    return {{"cycleCount", orNull(health.cycleCount)},
+            {"capacityPercent", orNull(health.capacityPercent)},
+            {"fullChargeWattHours", orNull(health.fullChargeWattHours)},
+            {"designWattHours", orNull(health.designWattHours)},
+            {"fullChargeMilliampHours", orNull(health.fullChargeMilliampHours)},
+            {"designMilliampHours", orNull(health.designMilliampHours)},
+            {"manufacturer", orNull(health.manufacturer)},
+            {"model", orNull(health.model)},
+            {"technology", orNull(health.technology)}};
+}
+
 }  // namespace
 
 std::string iso8601(WallTime time) {
@@ -81,7 +93,8 @@ nlohmann::ordered_json dashboardJson(const DashboardState& state, const Dashboar
               {"isConnectedToPower", s.isConnectedToPower},
               {"isCharging", s.isCharging},
               {"updatedAt", iso8601(s.updatedAt)},
-              {"stateLabel", model.header.stateLine}}},
+              {"stateLabel", model.header.stateLine},
+              {"health", healthJson(s.health)}}},
             {"lowPowerMode", orNull(state.lowPowerMode)},
             {"applications", applications},
             {"collectedSeconds", state.collectedSeconds},

@@ -39,7 +39,11 @@ TEST(DashboardJsonTest, WritesTheStatesValuesWithNullForUnknownAndTheModelAsShow
                      "adapterWatts": null, "adapterCapacityWatts": null,
                      "temperatureCelsius": null, "timeToFullMinutes": 95,
                      "isConnectedToPower": true, "isCharging": true,
-                     "updatedAt": "2026-11-18T11:06:40.123Z", "stateLabel": "Charging"},
+                     "updatedAt": "2026-11-18T11:06:40.123Z", "stateLabel": "Charging",
+                     "health": {"cycleCount": null, "capacityPercent": null, "fullChargeWattHours":
+                        null, "designWattHours": null, "fullChargeMilliampHours": null,
+                        "designMilliampHours": null, "manufacturer": null, "model": null,
+                        "technology": null}},
         "lowPowerMode": null,
         "applications": [{"id": "org.gnome.Nautilus", "name": "Files", "watts": 1.25}],
         "collectedSeconds": 12,

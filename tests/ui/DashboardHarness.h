@@ -32,6 +32,7 @@ struct Battery {
     std::optional<double> ratedWatts = std::nullopt;
     std::optional<std::int64_t> timeToFullMinutes = std::nullopt;
     std::optional<std::int64_t> decikelvin = std::nullopt;
+    PropertyDictionary more = {};  // further keys, such as the health figures
 };
 
 struct Application {
@@ -80,6 +81,9 @@ class DashboardHarness {
         }
         if (battery.decikelvin) {
             properties.set("Temperature", *battery.decikelvin);
+        }
+        for (const auto& entry : battery.more.entries()) {
+            properties.set(entry.key, entry.value);
         }
         registry.dictionary = properties;
         registry.powerSourceType = battery.connected ? "AC Power" : "Battery Power";

@@ -5,7 +5,10 @@
 #include <gtest/gtest.h>
 #include <QCoreApplication>
 #include <QDir>
+#include <QLabel>
 #include <QPainter>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTemporaryDir>
 
 #include "support/FakeLoginItemService.h"
@@ -55,9 +58,15 @@ ApplicationIcon drawnIcon(const QTemporaryDir& directory, const QString& name, Q
 }
 
 // The dashboard as the panel shows it, kept when a folder is named.
-QImage renderDashboard(testing::DashboardHarness& harness, const char* name) {
+QImage renderDashboard(testing::DashboardHarness& harness, const char* name,
+                       bool scrolledToEnd = false) {
     harness.view().show();
     QCoreApplication::processEvents();  // the layout settles as it would in the event loop
+    if (scrolledToEnd) {
+        QScrollBar* bar = harness.view().findChild<QScrollArea*>("scrollArea")->verticalScrollBar();
+        bar->setValue(bar->maximum());
+        QCoreApplication::processEvents();
+    }
     const QImage image = harness.view().grab().toImage();
     if (const QString folder = screenshotFolder(); !folder.isEmpty()) {
         image.save(QDir(folder).filePath(QStringLiteral("dashboard-%1.png").arg(name)));
@@ -109,6 +118,21 @@ TEST(Screenshots, Dashboard) {
     const QImage image = renderDashboard(dark, "dark");
     // The background follows the palette; nothing paints the light default over it.
     EXPECT_LT(image.pixelColor(2, image.height() / 2).lightnessF(), 0.3);
+}
+
+// The health section, at the end of the list, in both themes.
+TEST(Screenshots, DashboardHealth) {
+    const PropertyDictionary health{{"CycleCount", 143},          {"DesignEnergy", 50500},
+                                    {"FullChargeEnergy", 47230},  {"Manufacturer", "SMP"},
+                                    {"DeviceName", "5B10W13930"}, {"Technology", "Li-poly"}};
+    for (const bool dark : {false, true}) {
+        testing::DashboardHarness harness;
+        harness.setBattery(
+            {.level = 70, .systemMilliwatts = 8300, .decikelvin = 3041, .more = health});
+        harness.view().setPalette(dark ? darkPalette() : harness.view().palette());
+        harness.runApplications({{"Firefox", 4.8}, {"Slack", 1.4}});
+        renderDashboard(harness, dark ? "health-dark" : "health-light", true);
+    }
 }
 
 // A label at 2x on a dark panel strip; with a clock beside it, as a top panel shows it.

@@ -110,6 +110,50 @@ DashboardSection applicationSection(const DashboardState& state) {
     return section;
 }
 
+// "47.2 of 50.5 Wh": in the unit the battery counts in.
+std::optional<std::string> capacityCaption(const BatteryHealth& health) {
+    const auto ofDesign = [](double full, double design, int digits, const std::string& unit) {
+        return formatText(formatText(localized("%@ of %@"), formatDecimal(full, digits)),
+                          formatDecimal(design, digits)) +
+               " " + unit;
+    };
+    if (health.fullChargeWattHours && health.designWattHours) {
+        return ofDesign(*health.fullChargeWattHours, *health.designWattHours, 1, localized("Wh"));
+    }
+    if (health.fullChargeMilliampHours && health.designMilliampHours) {
+        return ofDesign(*health.fullChargeMilliampHours, *health.designMilliampHours, 0,
+                        localized("mAh"));
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> joined(std::initializer_list<std::optional<std::string>> parts) {
+    std::optional<std::string> text;
+    for (const auto& part : parts) {
+        if (part) {
+            text = text ? *text + " · " + *part : *part;
+        }
+    }
+    return text;
+}
+
+DashboardSection healthSection(const BatteryHealth& health) {
+    DashboardSection section{.title = localized("Battery health")};
+    const auto& percent = health.capacityPercent;
+    section.rows.push_back({.title = localized("Capacity"),
+                            .value = percent ? formatDecimal(*percent, 0) + "%" : "—",
+                            .caption = percent ? capacityCaption(health) : std::nullopt,
+                            .symbol = "battery.100percent"});
+    section.rows.push_back({.title = localized("Cycle count"),
+                            .value = health.cycleCount ? std::to_string(*health.cycleCount) : "—",
+                            .symbol = "arrow.triangle.2.circlepath"});
+    section.rows.push_back({.title = localized("Model"),
+                            .value = health.model.value_or("—"),
+                            .caption = joined({health.manufacturer, health.technology}),
+                            .symbol = "info.circle"});
+    return section;
+}
+
 }  // namespace
 
 DashboardState DashboardState::of(BatteryMonitor& monitor) {
@@ -147,6 +191,10 @@ DashboardModel dashboardModel(const DashboardState& state, const DashboardDispla
     battery.rows.push_back(lowPowerRow(state));
     model.sections.push_back(std::move(battery));
     model.sections.push_back(applicationSection(state));
+    // Below the live figures: wear changes over months, not while the panel is open.
+    if (hasBattery) {
+        model.sections.push_back(healthSection(snapshot.health));
+    }
     return model;
 }
 

@@ -232,6 +232,7 @@ BatterySnapshot BatteryReader::read() {
                            find(properties->dictionary("BatteryData"), "AvgTimeToFull")});
 
     snapshot.level = std::clamp<std::int64_t>(reportedCapacity.value_or(0), 0, 100);
+    snapshot.health = batteryHealth(*properties);
     snapshot.updatedAt = clock_.wallNow();
     return snapshot;
 }

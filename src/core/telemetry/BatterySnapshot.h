@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/runtime/Clock.h"
+#include "core/telemetry/BatteryHealth.h"
 
 namespace voltaro {
 
@@ -21,6 +22,7 @@ struct BatterySnapshot {
     bool isConnectedToPower = false;
     bool isCharging = false;
     WallTime updatedAt;
+    BatteryHealth health;
 
     // The snapshot of a battery not read yet or unreadable; its time is that of its first use.
     static const BatterySnapshot& empty();

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/linux/SmartBatteryHealth.h"
+
 namespace voltaro::platform {
 
 namespace {
@@ -308,6 +310,7 @@ std::optional<PropertyDictionary> smartBatteryProperties(const SysfsPowerSupplie
     if (const auto watts = adapterRatingWatts(supplies.adapters)) {
         properties.set("AdapterDetails", PropertyDictionary{{"Watts", *watts}});
     }
+    addHealthProperties(properties, batteries);
     return properties;
 }
 

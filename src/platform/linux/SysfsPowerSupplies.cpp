@@ -45,6 +45,17 @@ SysfsBattery readBattery(const std::filesystem::path& directory, std::string nam
         integer("temp", minimumDecidegreesCelsius, maximumDecidegreesCelsius);
     battery.timeToFullAverageSeconds = integer("time_to_full_avg", 0, maximumSeconds);
     battery.timeToFullNowSeconds = integer("time_to_full_now", 0, maximumSeconds);
+    battery.energyFullDesignMicrowattHours =
+        integer("energy_full_design", 1, maximumMicrowattHours);
+    battery.chargeFullDesignMicroampHours = integer("charge_full_design", 1, maximumMicroampHours);
+    // ACPI firmware without a counter reports 0 cycles, and some drivers -1.
+    battery.cycleCount = integer("cycle_count", 1, largestInteger);
+    battery.manufacturer = readTextAttribute(directory / "manufacturer");
+    battery.modelName = readTextAttribute(directory / "model_name");
+    battery.technology = readTextAttribute(directory / "technology");
+    if (battery.technology == "Unknown") {
+        battery.technology.reset();
+    }
     return battery;
 }
 

@@ -24,6 +24,12 @@ struct SysfsBattery {
     std::optional<std::int64_t> temperatureDecidegreesCelsius{};
     std::optional<std::int64_t> timeToFullAverageSeconds{};
     std::optional<std::int64_t> timeToFullNowSeconds{};
+    std::optional<std::int64_t> energyFullDesignMicrowattHours{};
+    std::optional<std::int64_t> chargeFullDesignMicroampHours{};
+    std::optional<std::int64_t> cycleCount{};
+    std::optional<std::string> manufacturer{};
+    std::optional<std::string> modelName{};
+    std::optional<std::string> technology{};
 };
 
 // An external supply of the whole machine: mains, USB, USB-PD, wireless.

@@ -24,6 +24,12 @@ BatterySnapshot with(BatterySnapshot snapshot, void (*change)(BatterySnapshot&))
     return snapshot;
 }
 
+BatterySnapshot worn(BatteryHealth health) {
+    BatterySnapshot snapshot = battery(50, false, false);
+    snapshot.health = std::move(health);
+    return snapshot;
+}
+
 DashboardState state(BatterySnapshot snapshot, std::optional<bool> lowPowerMode = std::nullopt) {
     return {.snapshot = snapshot, .lowPowerMode = lowPowerMode, .windowLabel = "average"};
 }
@@ -161,6 +167,19 @@ TEST(DashboardModelTest, DecidesEveryRowFromTheStateAndTheDisplayChoices) {
          "App energy usage",
          {"# average", "1. app | 6.00 W | app", "2. app | 1.23 W | app", "3. app | 0.01 W | app",
           "4. app | less than 0.01 W | app", "5. app | 0.00 W | app"}},
+        {"health in watt-hours",
+         state(worn({.cycleCount = 143,
+                     .capacityPercent = 93.52,
+                     .fullChargeWattHours = 47.23,
+                     .designWattHours = 50.5,
+                     .manufacturer = "SMP",
+                     .technology = "Li-poly"})),
+         "celsius",
+         "Battery health",
+         {"# ", "Capacity | 94% | battery.100percent | 47.2 of 50.5 Wh",
+          "Cycle count | 143 | arrow.triangle.2.circlepath",
+          "Model | — | info.circle | SMP · Li-poly"}},
+        {"no battery: no health", state(BatterySnapshot::empty()), "celsius", "Battery health", {}},
     };
     for (const auto& c : cases) {
         const DashboardModel model = dashboardModel(c.state, {c.unit, "Power usage"});

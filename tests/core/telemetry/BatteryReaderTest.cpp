@@ -169,6 +169,30 @@ TEST_F(ReaderFixture, AdapterRatingAndTemperatureWithinLimits) {
     }
 }
 
+TEST_F(ReaderFixture, HealthLeavesImplausibleFiguresUnknown) {
+    const D appleSilicon{
+        {"DesignCapacity", 4382}, {"AppleRawMaxCapacity", 3944}, {"MaxCapacity", 88}};
+    const std::tuple<D, std::optional<std::int64_t>, std::optional<double>> cases[] = {
+        {with(appleSilicon, {{"CycleCount", 412}}), 412, 3944.0 / 4382 * 100},  // raw mAh
+        {D{{"DesignCapacity", 4382}, {"MaxCapacity", 88}}, unknown, 88},    // no raw: a percentage
+        {D{{"DesignCapacity", 5000}, {"MaxCapacity", 4600}}, unknown, 92},  // Intel: mAh
+        {with(appleSilicon, {{"DesignEnergy", 50000}, {"FullChargeEnergy", 52000}}), unknown, 104},
+        {D{{"DesignCapacity", 0}, {"AppleRawMaxCapacity", 3000}}, unknown, unknown},
+        {D{{"DesignCapacity", 1000}, {"AppleRawMaxCapacity", 2500}}, unknown, unknown},  // 250 %
+        {D{{"CycleCount", 0}}, 0, unknown},
+        {D{{"CycleCount", -1}}, unknown, unknown},
+        {D{{"CycleCount", 100001}}, unknown, unknown},
+    };
+    int row = 0;
+    for (const auto& [properties, cycles, percent] : cases) {
+        SCOPED_TRACE(row++);
+        registry.dictionary = properties;
+        const BatteryHealth health = reader.read().health;
+        EXPECT_EQ(health.cycleCount, cycles);
+        expectWatts(health.capacityPercent, percent, "capacityPercent");
+    }
+}
+
 TEST(BatteryReaderHelpersTest, TimeEstimateTakesTheFirstPlausibleCandidate) {
     const PropertyValue noEstimate = 65535, minusOne = -1, fortyTwo = 42, fullDay = 1440,
                         dayAndMinute = 1441, zero = 0, text = "42";

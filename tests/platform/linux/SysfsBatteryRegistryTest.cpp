@@ -106,6 +106,7 @@ TEST(SysfsBatteryRegistryTest, ReadsAfreshAndSurvivesEntriesVanishing) {
                          {"IsCharging", false},
                          {"ExternalConnected", false},
                          {"Voltage", 12000.0},
+                         {"FullChargeEnergy", 40000},
                          {"PowerTelemetryData", D{{"BatteryPower", -6000}}}}));
     // Plugged in between the two questions of one refresh: both answer from the same reading.
     writeSupply(sysfs, "AC", {{"online", "1"}});

@@ -36,6 +36,12 @@ TEST(IOKitBatteryRegistryTest, ReadsTheSmartBatteryEntryForTheBatteryReader) {
         {cf.string("Amperage"), cf.wideUnsigned(18446744073709550616u, false)},
         {cf.string("IsCharging"), cf.boolean(true)},
         {cf.string("CurrentCapacity"), cf.number(kCFNumberSInt64, std::int64_t{57})},
+        // Apple silicon: MaxCapacity is a percentage, the raw figure holds the mAh.
+        {cf.string("CycleCount"), cf.number(kCFNumberSInt32, std::int64_t{412})},
+        {cf.string("DesignCapacity"), cf.number(kCFNumberSInt32, std::int64_t{4382})},
+        {cf.string("MaxCapacity"), cf.number(kCFNumberSInt32, std::int64_t{88})},
+        {cf.string("AppleRawMaxCapacity"), cf.number(kCFNumberSInt32, std::int64_t{3944})},
+        {cf.string("DeviceName"), cf.string(" bq40z651\n")},  // padded, as firmware has it
     });
     machine.ioKit.services["AppleSmartBattery"].properties = properties;
     testing::ManualScheduler clock;
@@ -46,6 +52,9 @@ TEST(IOKitBatteryRegistryTest, ReadsTheSmartBatteryEntryForTheBatteryReader) {
     EXPECT_EQ(snapshot.level, 57);
     EXPECT_EQ(snapshot.batteryPowerWatts, -12.0);
     EXPECT_FALSE(snapshot.isCharging);
+    EXPECT_EQ(snapshot.health.cycleCount, 412);
+    EXPECT_NEAR(*snapshot.health.capacityPercent, 90.0, 0.01);
+    EXPECT_EQ(snapshot.health.model, "bq40z651");
     EXPECT_EQ(machine.ioKit.matchedClasses(), std::vector<std::string>{"AppleSmartBattery"});
     machine.expectEverythingReleased(properties);
 }
