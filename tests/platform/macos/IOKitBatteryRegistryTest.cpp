@@ -21,9 +21,9 @@ struct Machine {
 
     void expectEverythingReleased(CFObject owned) {
         EXPECT_EQ(cf.referenceCount(owned), 0);
-        EXPECT_EQ(ioKit.unreleasedObjects(), std::set<MachPort>{});
-        EXPECT_EQ(cf.misuse(), std::vector<std::string>{});
-        EXPECT_EQ(ioKit.misuse(), std::vector<std::string>{});
+        EXPECT_EQ(ioKit.unreleasedObjects, std::set<MachPort>{});
+        EXPECT_EQ(cf.misuse, std::vector<std::string>{});
+        EXPECT_EQ(ioKit.misuse, std::vector<std::string>{});
     }
 };
 
@@ -46,14 +46,14 @@ TEST(IOKitBatteryRegistryTest, ReadsTheSmartBatteryEntryForTheBatteryReader) {
     EXPECT_EQ(snapshot.level, 57);
     EXPECT_EQ(snapshot.batteryPowerWatts, -12.0);
     EXPECT_FALSE(snapshot.isCharging);
-    EXPECT_EQ(machine.ioKit.matchedClasses(), std::vector<std::string>{"AppleSmartBattery"});
+    EXPECT_EQ(machine.ioKit.matchedClasses, std::vector<std::string>{"AppleSmartBattery"});
     machine.expectEverythingReleased(properties);
 }
 
 TEST(IOKitBatteryRegistryTest, HasNoPropertiesWithoutAReadableEntry) {
     Machine noEntry;
     EXPECT_EQ(noEntry.registry.properties(), std::nullopt);
-    EXPECT_EQ(noEntry.ioKit.misuse(), std::vector<std::string>{});
+    EXPECT_EQ(noEntry.ioKit.misuse, std::vector<std::string>{});
 
     Machine refused;
     const CFObject partial = refused.cf.dictionary({});
@@ -96,7 +96,7 @@ TEST(IOKitBatteryRegistryTest, ReadsTheProvidingSourceBeforeReleasingTheBlob) {
 
         EXPECT_EQ(machine.registry.providingPowerSourceType(), c.expected);
         EXPECT_EQ(cf.referenceCount(blob), c.hasBlob ? 0 : 1);
-        EXPECT_EQ(cf.misuse(), std::vector<std::string>{});
+        EXPECT_EQ(cf.misuse, std::vector<std::string>{});
     }
 }
 

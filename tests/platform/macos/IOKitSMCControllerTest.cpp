@@ -77,7 +77,7 @@ TEST(SMCReaderTest, ReadsTheFirstPlausibleTemperatureKey) {
         if (celsius) {
             EXPECT_NEAR(*celsius, *c.celsius, 1e-9) << c.description;
         }
-        EXPECT_EQ(ioKit.misuse(), std::vector<std::string>{}) << c.description;
+        EXPECT_EQ(ioKit.misuse, std::vector<std::string>{}) << c.description;
     }
 }
 
@@ -99,7 +99,7 @@ TEST(SMCReaderTest, ReadsBytesOnlyOfUsableInformation) {
         ioKit.smcKeys["B0AT"] = c.key;
         IOKitSMCController controller(ioKit.calls());
         SMCReader(controller).batteryTemperatureCelsius();
-        EXPECT_EQ(ioKit.smcRequests(), c.requests);
+        EXPECT_EQ(ioKit.smcRequests, c.requests);
     }
 }
 
@@ -113,22 +113,22 @@ TEST(SMCReaderTest, TriesTheServicesUntilOneOpensThenKeepsIt) {
         SMCReader reader(controller);
         EXPECT_EQ(reader.batteryTemperatureCelsius(), std::nullopt);
         EXPECT_EQ(reader.batteryTemperatureCelsius(), std::nullopt);
-        EXPECT_TRUE(ioKit.smcRequests().empty());
-        EXPECT_EQ(ioKit.matchedClasses().size(), 4u);
+        EXPECT_TRUE(ioKit.smcRequests.empty());
+        EXPECT_EQ(ioKit.matchedClasses.size(), 4u);
 
         ioKit.services["AppleSMCKeysEndpoint"] = {};
         EXPECT_EQ(reader.batteryTemperatureCelsius(), 22.25);
         ioKit.services["AppleSMC"].openResult = kKernSuccess;
         EXPECT_EQ(reader.batteryTemperatureCelsius(), 22.25);
         EXPECT_EQ(
-            ioKit.matchedClasses(),
+            ioKit.matchedClasses,
             (std::vector<std::string>{"AppleSMC", "AppleSMCKeysEndpoint", "AppleSMC",
                                       "AppleSMCKeysEndpoint", "AppleSMC", "AppleSMCKeysEndpoint"}));
-        EXPECT_EQ(ioKit.openConnections().size(), 1u);
+        EXPECT_EQ(ioKit.openConnections.size(), 1u);
     }
-    EXPECT_EQ(ioKit.unreleasedObjects(), std::set<MachPort>{});
-    EXPECT_EQ(ioKit.openConnections(), std::set<MachPort>{});
-    EXPECT_EQ(ioKit.misuse(), std::vector<std::string>{});
+    EXPECT_EQ(ioKit.unreleasedObjects, std::set<MachPort>{});
+    EXPECT_EQ(ioKit.openConnections, std::set<MachPort>{});
+    EXPECT_EQ(ioKit.misuse, std::vector<std::string>{});
 }
 
 // The registry's own reading stands in only when the controller has none.
@@ -172,7 +172,7 @@ TEST(IOKitSMCControllerTest, CountsOnlyAWholeAnswerReportedAsSuccess) {
         IOKitSMCController controller(ioKit.calls());
         EXPECT_EQ(SMCReader(controller).batteryTemperatureCelsius().has_value(), c.accepted)
             << c.result << " " << c.answerSize;
-        EXPECT_EQ(ioKit.misuse(), std::vector<std::string>{});
+        EXPECT_EQ(ioKit.misuse, std::vector<std::string>{});
     }
 }
 

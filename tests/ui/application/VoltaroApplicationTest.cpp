@@ -8,12 +8,8 @@
 #include <QTest>
 #include <QWidget>
 
-#include "core/telemetry/UnavailableSMCController.h"
-#include "support/FakeApplicationCatalog.h"
-#include "support/FakeBatteryRegistry.h"
 #include "support/FakeLoginItemService.h"
-#include "support/FakeLowPowerModeBackend.h"
-#include "support/FakeProcessSource.h"
+#include "support/FakeMonitorServices.h"
 #include "support/ManualScheduler.h"
 #include "ui/QtPrinters.h"
 #include "ui/TemporaryPreferences.h"
@@ -50,17 +46,13 @@ class PanelItem final : public StatusItem {
     bool isInPanel() const override { return false; }
 };
 
-class VoltaroApplicationTest : public ::testing::Test {
+class VoltaroApplicationTest : public ::testing::Test,
+                               protected voltaro::testing::FakeMonitorServices {
   protected:
     VoltaroApplicationTest() { registry.dictionary = PropertyDictionary{{"CurrentCapacity", 57}}; }
 
     voltaro::testing::ManualScheduler scheduler;
-    voltaro::testing::FakeBatteryRegistry registry;
-    UnavailableSMCController smc;
-    voltaro::testing::FakeProcessSource processes;
-    voltaro::testing::FakeApplicationCatalog catalog;
-    voltaro::testing::FakeLowPowerModeBackend lowPowerMode;
-    BatteryMonitor monitor{{registry, smc, processes, catalog, lowPowerMode, scheduler, scheduler}};
+    BatteryMonitor monitor{on(scheduler, scheduler)};
     testing::TemporaryPreferences preferences;
     std::optional<QuitCountingApplication> application{std::in_place,
                                                        monitor,
