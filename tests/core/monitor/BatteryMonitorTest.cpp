@@ -187,6 +187,7 @@ TEST_F(BatteryMonitorTest, OneLowPowerModeChangeAtATime) {
     EXPECT_FALSE(monitor.isChangingLowPowerMode().get());
     // The follow-up query knew nothing: the requested value is taken.
     EXPECT_TRUE(monitor.isLowPowerModeEnabled().get());
+    EXPECT_TRUE(monitor.isLowPowerModeKnown().get());
     EXPECT_FALSE(monitor.lowPowerModeError().get());
 }
 

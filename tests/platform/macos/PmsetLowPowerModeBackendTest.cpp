@@ -19,6 +19,7 @@ TEST(PmsetLowPowerModeBackendTest, ReadsTheFirstLowPowerModeLine) {
         {"AC Power:\n lowpowermode 0\n lowpowermode 1\n", false},
         {"\n\n\t  lowpowermode \t\t  1 \t \n", true},
         {" lowpowermode 1", true},
+        {"lowpowermode 1\n", true},  // the key at the very start
         {"Batterie \xE2\x80\x93 \xC3\xA9nergie\n lowpowermode 1\n", true},
         {"Battery Power:\n standby 1\n powernap 0\n", std::nullopt},
         {" LowPowerMode 1\n", std::nullopt},
