@@ -28,7 +28,8 @@ class FakeProcessSource final : public ProcessSource {
         }
         Process& process = processes_[pid] = Process{};
         process.usage.processStartTime = startTime;
-        process.metadata = RawProcessMetadata{parentPID, std::move(executablePath), std::move(name)};
+        process.metadata =
+            RawProcessMetadata{parentPID, std::move(executablePath), std::move(name)};
         return process;
     }
     Process& process(ProcessID pid) { return processes_.at(pid); }
