@@ -12,9 +12,9 @@ packages=(
     nlohmann-json3-dev libcli11-dev
     libsystemd-dev libsqlite3-dev
     qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-l10n-tools qt6-qpa-plugins fonts-dejavu-core
-    # The suite: the real daemons on private buses, an X server, the desktop validators, and clang
-    # to type-check the macOS sources.
-    dbus-daemon dbus-bin polkitd power-profiles-daemon util-linux
+    # The suite: the real daemons on private buses, an X server, the desktop validators, clang
+    # to type-check the macOS sources, and python3 for the tests that drive the binary.
+    dbus-daemon dbus-bin polkitd power-profiles-daemon util-linux python3
     xvfb xauth x11-utils
     appstream desktop-file-utils
     clang

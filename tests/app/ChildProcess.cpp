@@ -1,7 +1,6 @@
 #include "ChildProcess.h"
 
 #include <fcntl.h>
-#include <grp.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -54,12 +53,7 @@ ChildProcess::ChildProcess(Options options) {
     pid_ = ::fork();
     if (pid_ == 0) {
         ::dup2(ends[1], options.pipedDescriptor);
-        if (options.user && (::setgroups(0, nullptr) != 0 || ::setgid(options.user->second) != 0 ||
-                             ::setuid(options.user->first) != 0)) {
-            ::_exit(127);
-        }
 #ifdef __linux__
-        // After the change of user, which clears it.
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
 #endif
         if (::getppid() != parent) {
@@ -108,12 +102,6 @@ std::optional<std::string> ChildProcess::readLine(std::chrono::milliseconds time
         }
         buffered_.append(chunk, static_cast<std::size_t>(count));
     }
-}
-
-std::optional<nlohmann::json> ChildProcess::nextReport(std::chrono::milliseconds timeout) {
-    const std::optional<std::string> line = readLine(timeout);
-    nlohmann::json report = nlohmann::json::parse(line.value_or(""), nullptr, false);
-    return report.is_discarded() ? std::nullopt : std::optional(std::move(report));
 }
 
 bool ChildProcess::running() {

@@ -5,7 +5,6 @@
 
 #include <chrono>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <utility>
@@ -22,8 +21,6 @@ class ChildProcess {
         // Set on top of the test's own environment.
         std::map<std::string, std::string> environment = {};
         int pipedDescriptor = STDOUT_FILENO;
-        // Run under this user and group instead of the test's own (needs root).
-        std::optional<std::pair<uid_t, gid_t>> user = {};
     };
 
     explicit ChildProcess(Options options);
@@ -34,9 +31,6 @@ class ChildProcess {
     bool started() const { return pid_ > 0; }
     // The next line from the pipe; nothing at its end or when none comes in time.
     std::optional<std::string> readLine(std::chrono::milliseconds timeout);
-    // The next line as JSON; nothing also when it is not JSON.
-    std::optional<nlohmann::json> nextReport(
-        std::chrono::milliseconds timeout = std::chrono::seconds(20));
     // Whether the child still runs.
     bool running();
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "core/energy/ApplicationCatalog.h"
+#include "core/energy/ExecutablePath.h"
 
 namespace voltaro::testing {
 
@@ -22,11 +23,27 @@ class FakeApplicationCatalog final : public ApplicationCatalog {
     std::map<std::string, int> describeCalls;
 
     std::optional<std::string> containingApplication(
-        ProcessID pid, const std::optional<std::string>& executablePath) override;
-    ApplicationInfo describeApplication(const std::string& application) override;
-    std::optional<ApplicationIcon> runningApplicationIcon(ProcessID pid) override;
-    bool endsParentWalk(ProcessID pid, const std::optional<std::string>& executablePath,
-                        const std::string& name) override;
+        ProcessID, const std::optional<std::string>& executablePath) override {
+        ++containingApplicationCalls;
+        return executablePath ? outermostApplicationPath(*executablePath) : std::nullopt;
+    }
+    ApplicationInfo describeApplication(const std::string& application) override {
+        ++describeCalls[application];
+        if (const auto known = applications.find(application); known != applications.end()) {
+            return known->second;
+        }
+        std::string name = lastPathComponent(application);
+        return {application, name.substr(0, name.rfind('.')),
+                ApplicationIcon{ApplicationIcon::Kind::bundlePath, application}};
+    }
+    std::optional<ApplicationIcon> runningApplicationIcon(ProcessID pid) override {
+        const auto found = runningIcons.find(pid);
+        return found == runningIcons.end() ? std::nullopt : std::optional(found->second);
+    }
+    bool endsParentWalk(ProcessID pid, const std::optional<std::string>&,
+                        const std::string&) override {
+        return sessionMachinery.contains(pid);
+    }
 };
 
 }  // namespace voltaro::testing

@@ -20,13 +20,38 @@ class ManualScheduler final : public Clock, public MainExecutor {
     MonotonicTime monotonicNow() const override { return monotonic_; }
 
     void post(Task task) override { posted_.push_back(std::move(task)); }
-    TimerId runAfter(std::chrono::milliseconds delay, Task task) override;
-    void cancel(TimerId timer) override;
+    TimerId runAfter(std::chrono::milliseconds delay, Task task) override {
+        timers_.emplace(monotonic_ + delay, std::make_pair(++lastTimer_, std::move(task)));
+        return lastTimer_;
+    }
+    void cancel(TimerId timer) override {
+        std::erase_if(timers_, [timer](const auto& entry) { return entry.second.first == timer; });
+    }
 
     // Runs the posted tasks, including those they post.
-    void runPosted();
+    void runPosted() {
+        while (!posted_.empty()) {
+            Task task = std::move(posted_.front());
+            posted_.pop_front();
+            task();
+        }
+    }
     // Moves both clocks forward, firing every timer that falls due on the way, in order.
-    void advance(std::chrono::milliseconds duration);
+    void advance(std::chrono::milliseconds duration) {
+        const MonotonicTime end = monotonic_ + duration;
+        runPosted();
+        while (!timers_.empty() && timers_.begin()->first <= end) {
+            const auto due = timers_.begin()->first;
+            wall_ += due - monotonic_;
+            monotonic_ = due;
+            Task task = std::move(timers_.begin()->second.second);
+            timers_.erase(timers_.begin());
+            task();
+            runPosted();
+        }
+        wall_ += end - monotonic_;
+        monotonic_ = end;
+    }
     // Moves only the wall clock, as when the user sets the time.
     void setWallClock(WallTime time) { wall_ = time; }
     // Lets the monotonic clock pass without firing timers, as a slow refresh would.

@@ -9,13 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "core/monitor/BatteryMonitor.h"
-#include "core/telemetry/UnavailableSMCController.h"
 #include "support/CrossThreadExecutor.h"
-#include "support/FakeApplicationCatalog.h"
-#include "support/FakeBatteryRegistry.h"
-#include "support/FakeLowPowerModeBackend.h"
-#include "support/FakeProcessSource.h"
+#include "support/FakeMonitorServices.h"
 #include "support/ManualScheduler.h"
 #include "ui/application/DisplayPreferencesStore.h"
 #include "ui/views/DashboardView.h"
@@ -42,7 +37,7 @@ struct Application {
 };
 
 // A monitor over fakes, the temperature unit in a file of its own, and the dashboard over both.
-class DashboardHarness {
+class DashboardHarness : public voltaro::testing::FakeMonitorServices {
   public:
     DashboardHarness()
         : preferences_(std::make_unique<QSettings>(directory_.filePath("voltaro.conf"),
@@ -123,12 +118,7 @@ class DashboardHarness {
 
     voltaro::testing::ManualScheduler scheduler;
     voltaro::testing::CrossThreadExecutor executor{scheduler};
-    voltaro::testing::FakeBatteryRegistry registry;
-    UnavailableSMCController smc;
-    voltaro::testing::FakeProcessSource processes;
-    voltaro::testing::FakeApplicationCatalog catalog;
-    voltaro::testing::FakeLowPowerModeBackend lowPowerMode;
-    BatteryMonitor monitor{{registry, smc, processes, catalog, lowPowerMode, executor, scheduler}};
+    BatteryMonitor monitor{on(executor, scheduler)};
     int settingsOpened = 0;
 
   private:

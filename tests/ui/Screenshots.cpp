@@ -1,6 +1,5 @@
 // Pictures for people to look at, written only on request:
 //   VOLTARO_SCREENSHOT_DIR=docs/screenshots  the dashboard and the tray label,
-//   VOLTARO_GLYPH_RENDERS=<folder>            the glyph pixel for pixel at 1, 2 and 8x,
 //   --gtest_also_run_disabled_tests           the settings window into docs/screenshots.
 #include <gtest/gtest.h>
 #include <QCoreApplication>
@@ -182,40 +181,6 @@ TEST(Screenshots, TrayLabel) {
     weakAdapter.adapterWatts = 30;
     weakAdapter.isConnectedToPower = true;
     saveTrayLabel(weakAdapter, {}, folder + "/tray-label-highlighted.png");
-}
-
-TEST(Screenshots, Glyph) {
-    const QString folder = qEnvironmentVariable("VOLTARO_GLYPH_RENDERS");
-    if (folder.isEmpty()) {
-        GTEST_SKIP() << "set VOLTARO_GLYPH_RENDERS to a folder to write the renders";
-    }
-    const auto state = [](std::int64_t level, bool connected, bool charging) {
-        BatterySnapshot snapshot;
-        snapshot.level = level;
-        snapshot.isConnectedToPower = connected;
-        snapshot.isCharging = charging;
-        return snapshot;
-    };
-    const std::pair<const char*, BatterySnapshot> renders[] = {
-        {"on-battery-57", state(57, false, false)},  {"low-8", state(8, false, false)},
-        {"charging-40", state(40, true, true)},      {"charging-100", state(100, true, true)},
-        {"plugged-in-100", state(100, true, false)}, {"plugged-in-25", state(25, true, false)},
-    };
-    QDir().mkpath(folder);
-    for (const auto& [name, snapshot] : renders) {
-        for (const int scale : {1, 2, 8}) {
-            QImage glyph = MenuBarBatteryImage::make(snapshot, scale);
-            glyph.setDevicePixelRatio(1);  // pixel for pixel
-            // On a light menu bar, with a margin, as the glyph is seen.
-            QImage shown(glyph.size() + QSize(4 * scale, 4 * scale), QImage::Format_ARGB32);
-            shown.fill(QColor(236, 236, 236));
-            QPainter(&shown).drawImage(2 * scale, 2 * scale, glyph);
-            const QString file = QStringLiteral("%1/glyph-%2@%3x.png")
-                                     .arg(folder, QString::fromUtf8(name))
-                                     .arg(scale);
-            EXPECT_TRUE(shown.save(file)) << file.toStdString();
-        }
-    }
 }
 
 void saveSettings(const QPalette& palette, const QString& name) {

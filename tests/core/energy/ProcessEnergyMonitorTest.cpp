@@ -163,17 +163,17 @@ TEST_F(ProcessEnergyMonitorTest, ReadsMetadataOncePerIncarnation) {
     monitor.sample(std::nullopt);
     passAfter(2s, {{100, 1.0}});  // ranked, so that its identity is cached
     passAfter(2s, {{100, 1.0}});
-    EXPECT_EQ(source.usageCalls(100), 3);
-    EXPECT_EQ(source.metadataCalls(100), 1);
-    EXPECT_EQ(source.metadataCalls(101), 0);  // its usage could not be read
-    EXPECT_EQ(source.metadataCalls(102), 3);  // tried again every pass
-    EXPECT_EQ(source.usageCalls(0) + source.usageCalls(-7), 0);
+    EXPECT_EQ(source.usageCalls[100], 3);
+    EXPECT_EQ(source.metadataCalls[100], 1);
+    EXPECT_EQ(source.metadataCalls[101], 0);  // its usage could not be read
+    EXPECT_EQ(source.metadataCalls[102], 3);  // tried again every pass
+    EXPECT_EQ(source.usageCalls[0] + source.usageCalls[-7], 0);
     EXPECT_EQ(monitor.cacheSizes().metadataCache, 1u);
 
     // The process ID is taken over by a new process.
     addTool(100, "successor", 2);
     const Report report = passAfter(2s, {{100, 1.0}});
-    EXPECT_EQ(source.metadataCalls(100), 2);
+    EXPECT_EQ(source.metadataCalls[100], 2);
     EXPECT_TRUE(report.applications.empty());  // its history starts over
     EXPECT_EQ(namesOf(passAfter(2s, {{100, 1.0}})), std::vector<std::string>{"successor"});
 }

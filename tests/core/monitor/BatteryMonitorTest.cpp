@@ -6,12 +6,8 @@
 #include <vector>
 
 #include "core/runtime/RunLoop.h"
-#include "core/telemetry/UnavailableSMCController.h"
 #include "support/CrossThreadExecutor.h"
-#include "support/FakeApplicationCatalog.h"
-#include "support/FakeBatteryRegistry.h"
-#include "support/FakeLowPowerModeBackend.h"
-#include "support/FakeProcessSource.h"
+#include "support/FakeMonitorServices.h"
 #include "support/ManualScheduler.h"
 
 namespace voltaro {
@@ -19,20 +15,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Everything a monitor reads from.
-struct FakeServices {
-    testing::FakeBatteryRegistry registry;
-    UnavailableSMCController smc;
-    testing::FakeProcessSource processes;
-    testing::FakeApplicationCatalog catalog;
-    testing::FakeLowPowerModeBackend lowPowerMode;
+using testing::FakeMonitorServices;
 
-    BatteryMonitor::Services on(MainExecutor& executor, const Clock& clock) {
-        return {registry, smc, processes, catalog, lowPowerMode, executor, clock};
-    }
-};
-
-class BatteryMonitorTest : public ::testing::Test, protected FakeServices {
+class BatteryMonitorTest : public ::testing::Test, protected FakeMonitorServices {
   protected:
     BatteryMonitorTest() {
         registry.dictionary = PropertyDictionary{{"CurrentCapacity", 57}};
@@ -202,6 +187,7 @@ TEST_F(BatteryMonitorTest, OneLowPowerModeChangeAtATime) {
     EXPECT_FALSE(monitor.isChangingLowPowerMode().get());
     // The follow-up query knew nothing: the requested value is taken.
     EXPECT_TRUE(monitor.isLowPowerModeEnabled().get());
+    EXPECT_TRUE(monitor.isLowPowerModeKnown().get());
     EXPECT_FALSE(monitor.lowPowerModeError().get());
 }
 
@@ -229,7 +215,7 @@ TEST_F(BatteryMonitorTest, FailedChangesShowTheirTextUntilTheNextRequest) {
 // controller's thread, is published on the loop's thread.
 TEST(BatteryMonitorRunLoopTest, PublishesTheOutcomeOfAChangeOnTheLoopsThread) {
     testing::ManualScheduler clock;
-    FakeServices fakes;
+    FakeMonitorServices fakes;
     RunLoop loop;
     BatteryMonitor monitor{fakes.on(loop, clock)};
     fakes.lowPowerMode.setOutcome(LowPowerModeError::failed("Profile is held by another program"));
@@ -252,16 +238,6 @@ TEST(BatteryMonitorRunLoopTest, PublishesTheOutcomeOfAChangeOnTheLoopsThread) {
     loop.run();
     EXPECT_TRUE(monitor.isLowPowerModeEnabled().get());
     EXPECT_FALSE(monitor.lowPowerModeError().get());
-}
-
-TEST(BatteryMonitorSharedTest, IsOneInstanceBuiltOnFirstUse) {
-    static testing::ManualScheduler scheduler;
-    static FakeServices fakes;
-    BatteryMonitor::configureShared(fakes.on(scheduler, scheduler));
-    BatteryMonitor& first = BatteryMonitor::shared();
-    EXPECT_EQ(&first, &BatteryMonitor::shared());
-    EXPECT_EQ(first.refreshCount().get(), 0);  // no refresh at construction
-    EXPECT_EQ(first.snapshot().get(), BatterySnapshot::empty());
 }
 
 }  // namespace

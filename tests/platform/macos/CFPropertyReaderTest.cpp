@@ -57,7 +57,7 @@ TEST(CFPropertyReaderTest, KeepsEachValueOfItsOwnKind) {
         ASSERT_TRUE(dictionary) << c.description;
         const PropertyValue* value = dictionary->find("Key");
         EXPECT_EQ(value ? std::optional(*value) : std::nullopt, c.expected) << c.description;
-        EXPECT_EQ(cf.misuse(), std::vector<std::string>{}) << c.description;
+        EXPECT_EQ(cf.misuse, std::vector<std::string>{}) << c.description;
         EXPECT_EQ(cf.referenceCount(top), 1) << "borrowed, not released: " << c.description;
     }
 }
@@ -80,7 +80,7 @@ TEST(CFPropertyReaderTest, NestsDictionariesWithTextKeysOnly) {
         {"Voltage", std::int64_t{12000}},
     };
     EXPECT_EQ(CFPropertyReader(calls).dictionary(top), expected);
-    EXPECT_EQ(cf.misuse(), std::vector<std::string>{});
+    EXPECT_EQ(cf.misuse, std::vector<std::string>{});
 }
 
 TEST(CFPropertyReaderTest, RejectsWhatIsNotATextKeyedDictionary) {

@@ -21,9 +21,9 @@ struct Machine {
 
     void expectEverythingReleased(CFObject owned) {
         EXPECT_EQ(cf.referenceCount(owned), 0);
-        EXPECT_EQ(ioKit.unreleasedObjects(), std::set<MachPort>{});
-        EXPECT_EQ(cf.misuse(), std::vector<std::string>{});
-        EXPECT_EQ(ioKit.misuse(), std::vector<std::string>{});
+        EXPECT_EQ(ioKit.unreleasedObjects, std::set<MachPort>{});
+        EXPECT_EQ(cf.misuse, std::vector<std::string>{});
+        EXPECT_EQ(ioKit.misuse, std::vector<std::string>{});
     }
 };
 
@@ -55,14 +55,14 @@ TEST(IOKitBatteryRegistryTest, ReadsTheSmartBatteryEntryForTheBatteryReader) {
     EXPECT_EQ(snapshot.health.cycleCount, 412);
     EXPECT_NEAR(*snapshot.health.capacityPercent, 90.0, 0.01);
     EXPECT_EQ(snapshot.health.model, "bq40z651");
-    EXPECT_EQ(machine.ioKit.matchedClasses(), std::vector<std::string>{"AppleSmartBattery"});
+    EXPECT_EQ(machine.ioKit.matchedClasses, std::vector<std::string>{"AppleSmartBattery"});
     machine.expectEverythingReleased(properties);
 }
 
 TEST(IOKitBatteryRegistryTest, HasNoPropertiesWithoutAReadableEntry) {
     Machine noEntry;
     EXPECT_EQ(noEntry.registry.properties(), std::nullopt);
-    EXPECT_EQ(noEntry.ioKit.misuse(), std::vector<std::string>{});
+    EXPECT_EQ(noEntry.ioKit.misuse, std::vector<std::string>{});
 
     Machine refused;
     const CFObject partial = refused.cf.dictionary({});
@@ -105,7 +105,7 @@ TEST(IOKitBatteryRegistryTest, ReadsTheProvidingSourceBeforeReleasingTheBlob) {
 
         EXPECT_EQ(machine.registry.providingPowerSourceType(), c.expected);
         EXPECT_EQ(cf.referenceCount(blob), c.hasBlob ? 0 : 1);
-        EXPECT_EQ(cf.misuse(), std::vector<std::string>{});
+        EXPECT_EQ(cf.misuse, std::vector<std::string>{});
     }
 }
 

@@ -30,6 +30,18 @@ Key with(Key key, Field Key::*field, Value value) {
 
 const Key b0at22_25 = key("ui16", {0x8A, 0x0B});
 
+// The fake's SMC holding the given keys.
+struct FakeSMC : FakeIOKit {
+    explicit FakeSMC(std::map<std::string, Key> keys) {
+        services["AppleSMC"] = {};
+        smcKeys = std::move(keys);
+    }
+    std::optional<double> celsius() {
+        IOKitSMCController controller(calls());
+        return SMCReader(controller).batteryTemperatureCelsius();
+    }
+};
+
 TEST(SMCReaderTest, ReadsTheFirstPlausibleTemperatureKey) {
     const Key sp78Of30_5 = key("sp78", {0x1E, 0x80});
     const struct {
@@ -68,16 +80,13 @@ TEST(SMCReaderTest, ReadsTheFirstPlausibleTemperatureKey) {
          std::nullopt},
     };
     for (const auto& c : cases) {
-        FakeIOKit ioKit;
-        ioKit.services["AppleSMC"] = {};
-        ioKit.smcKeys.insert(c.keys.begin(), c.keys.end());
-        IOKitSMCController controller(ioKit.calls());
-        const auto celsius = SMCReader(controller).batteryTemperatureCelsius();
+        FakeSMC ioKit(c.keys);
+        const auto celsius = ioKit.celsius();
         ASSERT_EQ(celsius.has_value(), c.celsius.has_value()) << c.description;
         if (celsius) {
             EXPECT_NEAR(*celsius, *c.celsius, 1e-9) << c.description;
         }
-        EXPECT_EQ(ioKit.misuse(), std::vector<std::string>{}) << c.description;
+        EXPECT_EQ(ioKit.misuse, std::vector<std::string>{}) << c.description;
     }
 }
 
@@ -94,12 +103,9 @@ TEST(SMCReaderTest, ReadsBytesOnlyOfUsableInformation) {
          {{"B0AT", 9}, {"B0AT", 5}}},
     };
     for (const auto& c : cases) {
-        FakeIOKit ioKit;
-        ioKit.services["AppleSMC"] = {};
-        ioKit.smcKeys["B0AT"] = c.key;
-        IOKitSMCController controller(ioKit.calls());
-        SMCReader(controller).batteryTemperatureCelsius();
-        EXPECT_EQ(ioKit.smcRequests(), c.requests);
+        FakeSMC ioKit({{"B0AT", c.key}});
+        ioKit.celsius();
+        EXPECT_EQ(ioKit.smcRequests, c.requests);
     }
 }
 
@@ -113,22 +119,22 @@ TEST(SMCReaderTest, TriesTheServicesUntilOneOpensThenKeepsIt) {
         SMCReader reader(controller);
         EXPECT_EQ(reader.batteryTemperatureCelsius(), std::nullopt);
         EXPECT_EQ(reader.batteryTemperatureCelsius(), std::nullopt);
-        EXPECT_TRUE(ioKit.smcRequests().empty());
-        EXPECT_EQ(ioKit.matchedClasses().size(), 4u);
+        EXPECT_TRUE(ioKit.smcRequests.empty());
+        EXPECT_EQ(ioKit.matchedClasses.size(), 4u);
 
         ioKit.services["AppleSMCKeysEndpoint"] = {};
         EXPECT_EQ(reader.batteryTemperatureCelsius(), 22.25);
         ioKit.services["AppleSMC"].openResult = kKernSuccess;
         EXPECT_EQ(reader.batteryTemperatureCelsius(), 22.25);
         EXPECT_EQ(
-            ioKit.matchedClasses(),
+            ioKit.matchedClasses,
             (std::vector<std::string>{"AppleSMC", "AppleSMCKeysEndpoint", "AppleSMC",
                                       "AppleSMCKeysEndpoint", "AppleSMC", "AppleSMCKeysEndpoint"}));
-        EXPECT_EQ(ioKit.openConnections().size(), 1u);
+        EXPECT_EQ(ioKit.openConnections.size(), 1u);
     }
-    EXPECT_EQ(ioKit.unreleasedObjects(), std::set<MachPort>{});
-    EXPECT_EQ(ioKit.openConnections(), std::set<MachPort>{});
-    EXPECT_EQ(ioKit.misuse(), std::vector<std::string>{});
+    EXPECT_EQ(ioKit.unreleasedObjects, std::set<MachPort>{});
+    EXPECT_EQ(ioKit.openConnections, std::set<MachPort>{});
+    EXPECT_EQ(ioKit.misuse, std::vector<std::string>{});
 }
 
 // The registry's own reading stands in only when the controller has none.
@@ -138,9 +144,7 @@ TEST(SMCReaderTest, TheBatteryReaderTakesTheControllersTemperatureFirst) {
         {{}, 24.95},
     };
     for (const auto& [keys, celsius] : cases) {
-        FakeIOKit ioKit;
-        ioKit.services["AppleSMC"] = {};
-        ioKit.smcKeys.insert(keys.begin(), keys.end());
+        FakeSMC ioKit(keys);
         IOKitSMCController controller(ioKit.calls());
         voltaro::testing::FakeBatteryRegistry registry;
         registry.dictionary = PropertyDictionary{{"Temperature", 2981}};
@@ -164,15 +168,11 @@ TEST(IOKitSMCControllerTest, CountsOnlyAWholeAnswerReportedAsSuccess) {
         {kKernSuccess, 40, false},
     };
     for (const auto& c : cases) {
-        FakeIOKit ioKit;
-        ioKit.services["AppleSMC"] = {};
-        ioKit.smcKeys["B0AT"] = b0at22_25;
+        FakeSMC ioKit({{"B0AT", b0at22_25}});
         ioKit.structCallResult = c.result;
         ioKit.structCallAnswerSize = c.answerSize;
-        IOKitSMCController controller(ioKit.calls());
-        EXPECT_EQ(SMCReader(controller).batteryTemperatureCelsius().has_value(), c.accepted)
-            << c.result << " " << c.answerSize;
-        EXPECT_EQ(ioKit.misuse(), std::vector<std::string>{});
+        EXPECT_EQ(ioKit.celsius().has_value(), c.accepted) << c.result << " " << c.answerSize;
+        EXPECT_EQ(ioKit.misuse, std::vector<std::string>{});
     }
 }
 

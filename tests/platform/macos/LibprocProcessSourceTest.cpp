@@ -47,8 +47,8 @@ TEST(LibprocProcessSourceTest, ListsTheUsersProcessesAsTheKernelAnswers) {
 
         EXPECT_EQ(LibprocProcessSource(libproc.calls()).userProcessIDs(), c.expected)
             << c.description;
-        EXPECT_EQ(libproc.listingBufferSizes(), c.bufferSizes) << c.description;
-        EXPECT_EQ(libproc.misuse(), std::vector<std::string>{}) << c.description;
+        EXPECT_EQ(libproc.listingBufferSizes, c.bufferSizes) << c.description;
+        EXPECT_EQ(libproc.misuse, std::vector<std::string>{}) << c.description;
     }
 }
 
@@ -127,9 +127,9 @@ TEST(LibprocProcessSourceTest, ReadsMetadataOnlyFromAWholeBasicRecord) {
             EXPECT_EQ(metadata->name, c.expected->name) << c.description;
         }
         if (!c.calls.empty()) {
-            EXPECT_EQ(libproc.callsFor(4711), c.calls) << c.description;
+            EXPECT_EQ(libproc.calledBy[4711], c.calls) << c.description;
         }
-        EXPECT_EQ(libproc.misuse(), std::vector<std::string>{}) << c.description;
+        EXPECT_EQ(libproc.misuse, std::vector<std::string>{}) << c.description;
     }
 }
 

@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
-
-#include "platform/posix/PosixCommandRunner.h"
-#include "support/TemporaryDirectory.h"
+#include <deque>
 
 namespace voltaro {
 namespace {
@@ -22,6 +19,7 @@ TEST(PmsetLowPowerModeBackendTest, ReadsTheFirstLowPowerModeLine) {
         {"AC Power:\n lowpowermode 0\n lowpowermode 1\n", false},
         {"\n\n\t  lowpowermode \t\t  1 \t \n", true},
         {" lowpowermode 1", true},
+        {"lowpowermode 1\n", true},  // the key at the very start
         {"Batterie \xE2\x80\x93 \xC3\xA9nergie\n lowpowermode 1\n", true},
         {"Battery Power:\n standby 1\n powernap 0\n", std::nullopt},
         {" LowPowerMode 1\n", std::nullopt},
@@ -67,61 +65,43 @@ struct Call {
     bool operator==(const Call&) const = default;
 };
 
-// Runs a stand-in script in place of the system's command, through the real runner.
-class StandInRunner final : public CommandRunner {
-  public:
-    std::map<std::string, std::filesystem::path> standIns;
+// Records each command and answers with the next prepared result; none left: it cannot start.
+// Running real commands is PosixCommandRunnerTest's.
+struct RecordingRunner final : CommandRunner {
     std::vector<Call> calls;
+    std::deque<CommandResult> results;
 
     std::optional<CommandResult> run(const std::string& executable,
                                      const std::vector<std::string>& arguments) override {
         calls.push_back({executable, arguments});
-        const auto found = standIns.find(executable);
-        return real_.run(
-            found == standIns.end() ? "/nonexistent/voltaro-stand-in" : found->second.string(),
-            arguments);
+        if (results.empty()) {
+            return std::nullopt;
+        }
+        const CommandResult result = results.front();
+        results.pop_front();
+        return result;
     }
-
-  private:
-    platform::PosixCommandRunner real_;
 };
 
 class PmsetCommandTest : public ::testing::Test {
   protected:
-    // A stand-in for `executable` that prints the given bytes and ends with `exitStatus`.
-    void standIn(const std::string& executable, std::string_view standardOutput,
-                 std::string_view standardError, int exitStatus) {
-        const auto name = std::filesystem::path(executable).filename();
-        const auto out = directory_.write(name.string() + ".out", standardOutput);
-        const auto err = directory_.write(name.string() + ".err", standardError);
-        runner_->standIns[executable] =
-            directory_.writeScript(name, "cat '" + out.string() + "'\ncat '" + err.string() +
-                                             "' >&2\nexit " + std::to_string(exitStatus) + "\n");
-    }
-
-    testing::TemporaryDirectory directory_;
-    StandInRunner* runner_ = nullptr;
-    Backend backend_{[this] {
-        auto runner = std::make_unique<StandInRunner>();
-        runner_ = runner.get();
-        return runner;
-    }()};
+    RecordingRunner* runner_ = new RecordingRunner;
+    Backend backend_{std::unique_ptr<CommandRunner>(runner_)};
 };
 
 TEST_F(PmsetCommandTest, ReadsPmsetsListingUnlessItFails) {
     EXPECT_EQ(backend_.currentValue(), std::nullopt);  // cannot start
-    standIn("/usr/bin/pmset", " lowpowermode 1\n", "pmset: stray warning\n", 0);
+    runner_->results = {{0, " lowpowermode 1\n", "pmset: stray warning\n"},
+                        {1, " lowpowermode 1\n", ""}};
     EXPECT_EQ(backend_.currentValue(), true);
-    standIn("/usr/bin/pmset", " lowpowermode 1\n", "", 1);
     EXPECT_EQ(backend_.currentValue(), std::nullopt);
     EXPECT_EQ(runner_->calls, std::vector<Call>(3, {"/usr/bin/pmset", {"-g", "custom"}}));
 }
 
 TEST_F(PmsetCommandTest, SwitchesThroughTheScriptingHostWithAdministratorRights) {
     EXPECT_EQ(backend_.setEnabled(false), LowPowerModeError::launchFailed());
-    standIn("/usr/bin/osascript", "ignored output\n", "", 0);
+    runner_->results = {{0, "ignored output\n", ""}, {2, "", "execution error: denied (5)\n"}};
     EXPECT_EQ(backend_.setEnabled(true), std::nullopt);
-    standIn("/usr/bin/osascript", "", "execution error: denied (5)\n", 2);
     EXPECT_EQ(backend_.setEnabled(false), LowPowerModeError::failed("execution error: denied (5)"));
     const auto script = [](const char* value) {
         return Call{"/usr/bin/osascript",

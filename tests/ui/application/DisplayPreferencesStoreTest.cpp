@@ -1,7 +1,6 @@
 #include "ui/application/DisplayPreferencesStore.h"
 
 #include <gtest/gtest.h>
-#include <QSignalSpy>
 #include "ui/TemporaryPreferences.h"
 
 namespace voltaro::ui {
@@ -26,20 +25,6 @@ TEST(DisplayPreferencesStoreTest, ReadsDefaultsFromAnEmptyOrCorruptFileWithoutWr
         EXPECT_EQ(store.temperatureUnit(), "celsius") << c.description;
         EXPECT_EQ(file.content(), c.content) << c.description;
     }
-}
-
-TEST(DisplayPreferencesStoreTest, WritesThroughAndTellsEveryReader) {
-    testing::TemporaryPreferences file;
-    DisplayPreferencesStore store(file.reopened());
-    QSignalSpy changes(&store, &DisplayPreferencesStore::changed);
-    store.setValue(showsPowerUsageInMenuBar, false);
-    store.setTemperatureUnit("fahrenheit");
-    EXPECT_EQ(changes.count(), 2);
-
-    DisplayPreferencesStore reopened(file.reopened());
-    EXPECT_FALSE(reopened.value(showsPowerUsageInMenuBar));
-    EXPECT_TRUE(reopened.value(showsPercentageInMenuBar));
-    EXPECT_EQ(reopened.temperatureUnit(), "fahrenheit");
 }
 
 }  // namespace

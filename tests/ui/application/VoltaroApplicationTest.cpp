@@ -9,13 +9,9 @@
 #include <QWidget>
 
 #include "core/history/HistoryArchive.h"
-#include "core/telemetry/UnavailableSMCController.h"
 #include "support/CrossThreadExecutor.h"
-#include "support/FakeApplicationCatalog.h"
-#include "support/FakeBatteryRegistry.h"
 #include "support/FakeLoginItemService.h"
-#include "support/FakeLowPowerModeBackend.h"
-#include "support/FakeProcessSource.h"
+#include "support/FakeMonitorServices.h"
 #include "support/ManualScheduler.h"
 #include "ui/QtPrinters.h"
 #include "ui/TemporaryPreferences.h"
@@ -55,17 +51,13 @@ class PanelItem final : public StatusItem {
     std::optional<QRect> anchor;
 };
 
-class VoltaroApplicationTest : public ::testing::Test {
+class VoltaroApplicationTest : public ::testing::Test,
+                               protected voltaro::testing::FakeMonitorServices {
   protected:
     VoltaroApplicationTest() { registry.dictionary = PropertyDictionary{{"CurrentCapacity", 57}}; }
 
     voltaro::testing::ManualScheduler scheduler;
-    voltaro::testing::FakeBatteryRegistry registry;
-    UnavailableSMCController smc;
-    voltaro::testing::FakeProcessSource processes;
-    voltaro::testing::FakeApplicationCatalog catalog;
-    voltaro::testing::FakeLowPowerModeBackend lowPowerMode;
-    BatteryMonitor monitor{{registry, smc, processes, catalog, lowPowerMode, scheduler, scheduler}};
+    BatteryMonitor monitor{on(scheduler, scheduler)};
     testing::TemporaryPreferences preferences;
     std::optional<QuitCountingApplication> application{std::in_place,
                                                        monitor,

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <QUrl>
 
-#include "ui/macos/ActivationPolicy.h"
 #include "ui/macos/SystemSettingsUrls.h"
 
 namespace voltaro::ui {
@@ -26,11 +25,6 @@ TEST(CocoaScreenCoordinatesTest, TurnsAppKitsBottomUpRectanglesIntoTopDownOnes) 
     for (const Case& test : cases) {
         EXPECT_EQ(topLeftScreenRect(test.item, test.primaryHeight), test.expected) << test.what;
     }
-}
-
-TEST(CocoaScreenCoordinatesTest, OnlyThePreviewWindowBringsADockIcon) {
-    EXPECT_EQ(activationPolicy(false), ActivationPolicy::accessory);
-    EXPECT_EQ(activationPolicy(true), ActivationPolicy::regular);
 }
 
 TEST(CocoaScreenCoordinatesTest, TheBatterySettingsUrlNamesThePaneByItsIdentifier) {

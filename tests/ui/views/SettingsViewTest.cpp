@@ -51,8 +51,13 @@ struct Settings {
     std::unique_ptr<SettingsView> view;
 };
 
-TEST(SettingsViewTest, OnFirstLaunchEverySwitchIsOnAndCelsiusIsChosenWithoutWritingAnything) {
+// Every test writes to a preferences file of its own.
+class SettingsViewTest : public ::testing::Test {
+  protected:
     TemporaryPreferences preferences;
+};
+
+TEST_F(SettingsViewTest, OnFirstLaunchEverySwitchIsOnAndCelsiusIsChosenWithoutWritingAnything) {
     Settings settings;
     for (const char* name : {"showsPercentageInMenuBar", "showsPowerUsageInMenuBar",
                              "highlightsBatteryDrainInMenuBar"}) {
@@ -68,7 +73,7 @@ TEST(SettingsViewTest, OnFirstLaunchEverySwitchIsOnAndCelsiusIsChosenWithoutWrit
                      "Temperature Unit", "Temperature Unit", "Version 1.4 (27)", "Quit Voltaro"}));
 }
 
-TEST(SettingsViewTest, TheUnitPickerSelectsOnlyAnExactStoredValue) {
+TEST_F(SettingsViewTest, TheUnitPickerSelectsOnlyAnExactStoredValue) {
     const struct {
         QByteArray stored;
         int selected;
@@ -79,14 +84,13 @@ TEST(SettingsViewTest, TheUnitPickerSelectsOnlyAnExactStoredValue) {
         {"Fahrenheit", -1},
     };
     for (const auto& c : cases) {
-        TemporaryPreferences preferences("[General]\ntemperatureUnit=" + c.stored + "\n");
+        TemporaryPreferences stored("[General]\ntemperatureUnit=" + c.stored + "\n");
         Settings settings;
         EXPECT_EQ(settings.unitPicker()->selectedIndex(), c.selected) << c.stored.toStdString();
     }
 }
 
-TEST(SettingsViewTest, EveryControlWritesThroughAtOnceAndFollowsTheStore) {
-    TemporaryPreferences preferences;
+TEST_F(SettingsViewTest, EveryControlWritesThroughAtOnceAndFollowsTheStore) {
     Settings settings;
     auto* percentage = settings.find<ToggleSwitch>("showsPercentageInMenuBar");
     QTest::mouseClick(percentage, Qt::LeftButton);
@@ -107,8 +111,7 @@ TEST(SettingsViewTest, EveryControlWritesThroughAtOnceAndFollowsTheStore) {
     EXPECT_EQ(picker->selectedIndex(), -1);
 }
 
-TEST(SettingsViewTest, TheLoginCaptionPrefersAPendingApprovalToAnError) {
-    TemporaryPreferences preferences;
+TEST_F(SettingsViewTest, TheLoginCaptionPrefersAPendingApprovalToAnError) {
     const struct {
         const char* description;
         LoginItemStatus statusAfterChange;
@@ -136,8 +139,7 @@ TEST(SettingsViewTest, TheLoginCaptionPrefersAPendingApprovalToAnError) {
     }
 }
 
-TEST(SettingsViewTest, ASpinnerStandsInForTheLoginSwitchWhileItChanges) {
-    TemporaryPreferences preferences;
+TEST_F(SettingsViewTest, ASpinnerStandsInForTheLoginSwitchWhileItChanges) {
     Settings settings(LoginItemStatus::enabled);
     settings.view->show();
     bool switchShownDuringChange = true;
@@ -156,8 +158,7 @@ TEST(SettingsViewTest, ASpinnerStandsInForTheLoginSwitchWhileItChanges) {
     EXPECT_FALSE(settings.loginSwitch()->isChecked());
 }
 
-TEST(SettingsViewTest, ShowingTheWindowReadsTheLoginItemAgain) {
-    TemporaryPreferences preferences;
+TEST_F(SettingsViewTest, ShowingTheWindowReadsTheLoginItemAgain) {
     Settings settings(LoginItemStatus::requiresApproval);
     EXPECT_EQ(settings.caption(), "Approval required in System Settings");
     // Approved in the system's settings while the window was closed.
@@ -168,8 +169,7 @@ TEST(SettingsViewTest, ShowingTheWindowReadsTheLoginItemAgain) {
     EXPECT_TRUE(settings.service->calls.empty());
 }
 
-TEST(SettingsViewTest, QuitEndsTheApplication) {
-    TemporaryPreferences preferences;
+TEST_F(SettingsViewTest, QuitEndsTheApplication) {
     Settings settings;
     auto* quit = settings.find<QPushButton>("quit");
     QTimer::singleShot(0, quit, [quit] { QTest::mouseClick(quit, Qt::LeftButton); });

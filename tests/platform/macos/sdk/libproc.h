@@ -7,9 +7,7 @@
 #include <sys/resource.h>
 #include <sys/types.h>
 
-#ifdef __cplusplus
 extern "C" {
-#endif
 
 int proc_listpids(uint32_t type, uint32_t typeinfo, void* buffer, int buffersize)
     API_AVAILABLE(macos(10.5));
@@ -19,6 +17,4 @@ int proc_name(int pid, void* buffer, uint32_t buffersize) API_AVAILABLE(macos(10
 int proc_pidpath(int pid, void* buffer, uint32_t buffersize) API_AVAILABLE(macos(10.5));
 int proc_pid_rusage(int pid, int flavor, rusage_info_t* buffer) API_AVAILABLE(macos(10.9));
 
-#ifdef __cplusplus
-}
-#endif
+}  // extern "C"

@@ -13,11 +13,9 @@ NS_ASSUME_NONNULL_BEGIN
 
 typedef NSString* NSColorSpaceName;
 APPKIT_EXTERN NSColorSpaceName NSDeviceRGBColorSpace;
-APPKIT_EXTERN NSColorSpaceName NSCalibratedRGBColorSpace;
 
 typedef CGFloat NSFontWeight;
 APPKIT_EXTERN const NSFontWeight NSFontWeightRegular API_AVAILABLE(macos(10.11));
-APPKIT_EXTERN const NSFontWeight NSFontWeightMedium API_AVAILABLE(macos(10.11));
 
 APPKIT_EXTERN NSAttributedStringKey NSFontAttributeName;
 APPKIT_EXTERN NSAttributedStringKey NSForegroundColorAttributeName;
@@ -55,10 +53,8 @@ typedef NS_ENUM(NSUInteger, NSImageInterpolation) {
 };
 
 static const CGFloat NSVariableStatusItemLength = -1;
-static const CGFloat NSSquareStatusItemLength = -2;
 
 @interface NSColor : NSObject <NSCopying>
-@property(class, strong, readonly) NSColor* labelColor API_AVAILABLE(macos(10.10));
 @property(class, strong, readonly) NSColor* systemYellowColor API_AVAILABLE(macos(10.10));
 @end
 
@@ -66,7 +62,6 @@ static const CGFloat NSSquareStatusItemLength = -2;
 + (NSFont*)monospacedDigitSystemFontOfSize:(CGFloat)fontSize
                                     weight:(NSFontWeight)weight API_AVAILABLE(macos(10.11));
 + (NSFont*)menuBarFontOfSize:(CGFloat)fontSize;
-@property(class, readonly) CGFloat systemFontSize;
 @property(readonly) CGFloat pointSize;
 @end
 
@@ -102,7 +97,6 @@ static const CGFloat NSSquareStatusItemLength = -2;
 @property NSSize size;
 // The SDK's property is named after a C++ keyword; Objective-C++ reaches it through these.
 - (void)setTemplate:(BOOL)isTemplate;
-- (BOOL)isTemplate;
 - (void)drawInRect:(NSRect)rect
           fromRect:(NSRect)fromRect
          operation:(NSCompositingOperation)op
@@ -145,7 +139,6 @@ static const CGFloat NSSquareStatusItemLength = -2;
 @end
 
 API_AVAILABLE(macos(10.10)) @interface NSStatusBarButton : NSButton
-@property BOOL appearsDisabled;
 @end
 
 @interface NSWindow : NSResponder
@@ -168,10 +161,8 @@ API_AVAILABLE(macos(10.10)) @interface NSStatusBarButton : NSButton
 @end
 
 @interface NSStatusItem : NSObject
-@property(readonly, weak) NSStatusBar* statusBar;
 @property CGFloat length;
 @property(nullable, readonly, strong) NSStatusBarButton* button API_AVAILABLE(macos(10.10));
-@property(getter=isVisible) BOOL visible API_AVAILABLE(macos(10.12));
 @end
 
 @interface NSApplication : NSResponder
@@ -197,7 +188,6 @@ API_AVAILABLE(macos(10.6)) @interface NSRunningApplication : NSObject
 @property(nullable, readonly, strong) NSImage* icon;
 @property(nullable, readonly, copy) NSURL* bundleURL;
 @property(nullable, readonly, copy) NSURL* executableURL;
-@property(readonly) pid_t processIdentifier;
 @end
 
 NS_ASSUME_NONNULL_END

@@ -22,7 +22,6 @@
 typedef long NSInteger;
 typedef unsigned long NSUInteger;
 typedef double CGFloat;
-typedef double NSTimeInterval;
 // As <objc/objc.h> has it: bool on Apple silicon, signed char on Intel.
 #if defined(__arm64__) || defined(__aarch64__)
 #define OBJC_BOOL_IS_BOOL 1
@@ -76,7 +75,6 @@ NS_ASSUME_NONNULL_BEGIN
 @protocol NSObject
 - (BOOL)isEqual:(id)object;
 - (BOOL)isKindOfClass:(Class)aClass;
-- (BOOL)respondsToSelector:(SEL)aSelector;
 @end
 
 @protocol NSCopying
@@ -101,14 +99,13 @@ __attribute__((objc_root_class))
 @interface NSArray<__covariant ObjectType> : NSObject <NSCopying>
 @property(readonly) NSUInteger count;
 @property(nullable, nonatomic, readonly) ObjectType firstObject;
-- (ObjectType)objectAtIndex:(NSUInteger)index;
 @end
 
 @interface NSDictionary<__covariant KeyType, __covariant ObjectType> : NSObject <NSCopying>
+// What dictionary literals call.
 + (instancetype)dictionaryWithObjects:(const ObjectType _Nonnull[_Nullable])objects
                               forKeys:(const KeyType<NSCopying> _Nonnull[_Nullable])keys
                                 count:(NSUInteger)cnt;
-- (nullable ObjectType)objectForKey:(KeyType)aKey;
 @end
 
 @interface NSURL : NSObject <NSCopying>
@@ -135,9 +132,7 @@ typedef NSString* NSAttributedStringKey;
 
 @interface NSBundle : NSObject
 + (nullable instancetype)bundleWithURL:(NSURL*)url API_AVAILABLE(macos(10.6));
-- (nullable instancetype)initWithURL:(NSURL*)url API_AVAILABLE(macos(10.6));
 @property(nullable, readonly, copy) NSString* bundleIdentifier;
-@property(nullable, readonly, copy) NSDictionary<NSString*, id>* infoDictionary;
 - (nullable id)objectForInfoDictionaryKey:(NSString*)key;
 @end
 

@@ -7,25 +7,17 @@
 #include <stddef.h>
 #include <stdint.h>
 
-#ifdef __cplusplus
 extern "C" {
-#endif
 
 typedef mach_port_t io_object_t;
 typedef io_object_t io_connect_t;
-typedef io_object_t io_iterator_t;
 typedef io_object_t io_registry_entry_t;
 typedef io_object_t io_service_t;
 typedef kern_return_t IOReturn;
 typedef UInt32 IOOptionBits;
 
-#define IO_OBJECT_NULL ((io_object_t)0)
-#define kIOReturnSuccess KERN_SUCCESS
-
 extern const mach_port_t kIOMainPortDefault API_AVAILABLE(macos(12.0));
 // The same port under its old name.
-extern const mach_port_t kIOMasterPortDefault API_DEPRECATED_WITH_REPLACEMENT("kIOMainPortDefault",
-                                                                              macos(10.0, 12.0));
 
 kern_return_t IOObjectRelease(io_object_t object);
 
@@ -44,6 +36,4 @@ kern_return_t IORegistryEntryCreateCFProperties(io_registry_entry_t entry,
                                                 CFMutableDictionaryRef* properties,
                                                 CFAllocatorRef allocator, IOOptionBits options);
 
-#ifdef __cplusplus
-}
-#endif
+}  // extern "C"

@@ -1,9 +1,7 @@
 // Declaration-only mirror of the parts of <mach/mach.h> the bindings use.
 #pragma once
 
-#ifdef __cplusplus
 extern "C" {
-#endif
 
 typedef unsigned int natural_t;
 typedef natural_t mach_port_name_t;
@@ -13,11 +11,8 @@ typedef mach_port_t task_port_t;
 typedef int kern_return_t;
 
 #define KERN_SUCCESS 0
-#define MACH_PORT_NULL 0
 
 extern mach_port_t mach_task_self_;
 #define mach_task_self() mach_task_self_
 
-#ifdef __cplusplus
-}
-#endif
+}  // extern "C"

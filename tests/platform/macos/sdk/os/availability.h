@@ -10,10 +10,7 @@
 #define API_AVAILABLE(platform) __attribute__((availability(__API_AVAILABLE_PLATFORM_##platform)))
 #define API_DEPRECATED(text, platform) \
     __attribute__((availability(__API_DEPRECATED_PLATFORM_##platform, message = text)))
-#define API_DEPRECATED_WITH_REPLACEMENT(name, platform) \
-    __attribute__((availability(__API_DEPRECATED_PLATFORM_##platform, replacement = name)))
 #else
 #define API_AVAILABLE(...)
 #define API_DEPRECATED(...)
-#define API_DEPRECATED_WITH_REPLACEMENT(...)
 #endif

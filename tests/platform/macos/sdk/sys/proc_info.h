@@ -8,13 +8,7 @@
 #define MAXCOMLEN 16
 #endif
 
-#define PROC_ALL_PIDS 1
-#define PROC_PGRP_ONLY 2
-#define PROC_TTY_ONLY 3
 #define PROC_UID_ONLY 4
-#define PROC_RUID_ONLY 5
-#define PROC_PPID_ONLY 6
-#define PROC_KDBG_ONLY 7
 
 struct proc_bsdinfo {
     uint32_t pbi_flags;
@@ -41,15 +35,8 @@ struct proc_bsdinfo {
     uint64_t pbi_start_tvusec;
 };
 
-#ifdef __cplusplus
 static_assert(sizeof(struct proc_bsdinfo) == 136, "proc_bsdinfo is 136 bytes");
-#endif
 
-#define PROC_PIDTASKALLINFO 2
 #define PROC_PIDTBSDINFO 3
-#define PROC_PIDTBSDINFO_SIZE (sizeof(struct proc_bsdinfo))
-#define PROC_PIDTASKINFO 4
-#define PROC_PIDPATHINFO 11
 // 4 × MAXPATHLEN, which is 1024 on macOS (Linux's MAXPATHLEN differs, so it is spelled out).
-#define PROC_PIDPATHINFO_SIZE 1024
 #define PROC_PIDPATHINFO_MAXSIZE (4 * 1024)

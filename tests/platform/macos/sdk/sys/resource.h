@@ -7,14 +7,7 @@
 
 #include <stdint.h>
 
-#define RUSAGE_INFO_V0 0
-#define RUSAGE_INFO_V1 1
-#define RUSAGE_INFO_V2 2
-#define RUSAGE_INFO_V3 3
-#define RUSAGE_INFO_V4 4
-#define RUSAGE_INFO_V5 5
 #define RUSAGE_INFO_V6 6
-#define RUSAGE_INFO_CURRENT RUSAGE_INFO_V6
 
 typedef void* rusage_info_t;
 
@@ -70,8 +63,4 @@ struct rusage_info_v6 {
     uint64_t ri_reserved[9];
 };
 
-typedef struct rusage_info_v6 rusage_info_current;
-
-#ifdef __cplusplus
 static_assert(sizeof(struct rusage_info_v6) == 464, "rusage_info_v6 is 464 bytes");
-#endif

@@ -3,15 +3,11 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
-#ifdef __cplusplus
 extern "C" {
-#endif
 
 // Returns a blob the caller releases with CFRelease.
 CFTypeRef IOPSCopyPowerSourcesInfo(void);
 // Returns a string the blob owns: "AC Power", "Battery Power" or "UPS Power".
 CFStringRef IOPSGetProvidingPowerSourceType(CFTypeRef snapshot);
 
-#ifdef __cplusplus
-}
-#endif
+}  // extern "C"
