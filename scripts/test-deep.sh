@@ -15,6 +15,14 @@ step() {
 step "quick test"
 scripts/test.sh
 
+# The item must appear on every start: 20 starts in each real panel (the quick test makes 5).
+step "the item's appearance in the real panels"
+for host in xfce_panel lxqt_panel gnome_shell; do
+    VOLTARO_PANEL_STARTS=20 VOLTARO_BINARY="${VOLTARO_BUILD_DIR:-build}/voltaro" \
+        /usr/bin/python3 "tests/ui/linux/desktops/$host.py" appears_within_5_s_every_time ||
+        [ $? -eq 77 ]
+done
+
 # Unoptimised: the sanitizers find the same faults, and the build is much quicker.
 step "AddressSanitizer and UndefinedBehaviorSanitizer"
 asan_dir=${VOLTARO_ASAN_BUILD_DIR:-build-asan}
