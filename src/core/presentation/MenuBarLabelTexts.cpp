@@ -49,4 +49,13 @@ std::string accessibilityText(const BatterySnapshot& snapshot) {
                       snapshot.stateLabel());
 }
 
+std::string toolTipDescription(const BatterySnapshot& snapshot) {
+    std::string text = statusText(snapshot, {true, true, false}).value_or("");
+    if (snapshot.isCharging && snapshot.level < 100 && snapshot.timeToFullMinutes) {
+        text += "\n" + localized("Until fully charged") + ": " +
+                formattedChargeDuration(*snapshot.timeToFullMinutes);
+    }
+    return text;
+}
+
 }  // namespace voltaro

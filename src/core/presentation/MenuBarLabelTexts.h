@@ -23,5 +23,8 @@ std::string reservedStatusText(const MenuBarLabelChoices& choices);
 bool isHighlighted(const BatterySnapshot& snapshot, const MenuBarLabelChoices& choices);
 // "Battery 57 percent, Charging"
 std::string accessibilityText(const BatterySnapshot& snapshot);
+// For panels that show no label: the label's whole text, and while charging the time to full.
+// "57% · 13 W\nUntil fully charged: 1 hour, 5 minutes"
+std::string toolTipDescription(const BatterySnapshot& snapshot);
 
 }  // namespace voltaro

@@ -6,6 +6,7 @@
 #include <numbers>
 
 #include "core/presentation/BatteryGlyph.h"
+#include "ui/images/ShapeRecorder.h"
 
 namespace voltaro::ui::MenuBarBatteryImage {
 namespace {
@@ -83,19 +84,36 @@ QImage make(const BatterySnapshot& snapshot, qreal devicePixelRatio, const Symbo
     QImage canvas(static_cast<int>(std::ceil(widthPoints * devicePixelRatio)),
                   static_cast<int>(std::ceil(heightPoints * devicePixelRatio)),
                   QImage::Format_ARGB32_Premultiplied);
-    canvas.setDevicePixelRatio(devicePixelRatio);
     canvas.fill(Qt::transparent);
+    {
+        // Scaled by hand: a painter ignores an image's pixel ratio below 1 and would crop.
+        QPainter painter(&canvas);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.scale(devicePixelRatio, devicePixelRatio);
+        draw(painter, snapshot, symbol);
+    }
+    canvas.setDevicePixelRatio(devicePixelRatio);
+    return canvas;
+}
 
+bool draw(QPainter& painter, const BatterySnapshot& snapshot, const SymbolLookup& symbol) {
     const SymbolDrawing body = symbol(batteryBodySymbol(snapshot.level));
     if (!body) {
-        return canvas;
+        return false;
     }
-    QPainter painter(&canvas);
-    painter.setRenderHint(QPainter::Antialiasing);
+    painter.save();
     body(painter, flipped(bodyRect));
     drawAccessoryFor(painter, snapshot, symbol);
+    painter.restore();
+    return true;
+}
+
+QPainterPath outline(const BatterySnapshot& snapshot) {
+    ShapeRecorder recorder(QSizeF(widthPoints, heightPoints));
+    QPainter painter(&recorder);
+    draw(painter, snapshot, symbolDrawing);
     painter.end();
-    return canvas;
+    return recorder.shape();
 }
 
 }  // namespace voltaro::ui::MenuBarBatteryImage

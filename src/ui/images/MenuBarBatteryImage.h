@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QImage>
+#include <QPainterPath>
 #include <functional>
 #include <string_view>
 
@@ -22,5 +23,13 @@ QImage make(const BatterySnapshot& snapshot, qreal devicePixelRatio);
 
 // The same, drawn from the artwork the lookup gives.
 QImage make(const BatterySnapshot& snapshot, qreal devicePixelRatio, const SymbolLookup& symbol);
+
+// Paints the glyph into the painter's 22 × 14 point box at its origin; false, painting nothing,
+// without the body's artwork.
+bool draw(QPainter& painter, const BatterySnapshot& snapshot, const SymbolLookup& symbol);
+
+// The glyph's shape as one filled outline in that box (y downwards): the same drawing, kept as
+// geometry, so it can be filled crisply at any size or written out as vector artwork.
+QPainterPath outline(const BatterySnapshot& snapshot);
 
 }  // namespace voltaro::ui::MenuBarBatteryImage

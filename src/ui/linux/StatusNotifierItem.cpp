@@ -20,12 +20,19 @@ class StatusNotifierItem::Adaptor : public QDBusAbstractAdaptor {
     Q_PROPERTY(QString Status READ status)
     Q_PROPERTY(int WindowId READ windowId)
     Q_PROPERTY(QString IconName READ iconName)
+    Q_PROPERTY(QString IconThemePath READ iconThemePath)
     Q_PROPERTY(QList<voltaro::ui::StatusNotifierItem::Pixmap> IconPixmap READ iconPixmap)
+    Q_PROPERTY(QString OverlayIconName READ none)
+    Q_PROPERTY(QList<voltaro::ui::StatusNotifierItem::Pixmap> OverlayIconPixmap READ noPixmaps)
+    Q_PROPERTY(QString AttentionIconName READ none)
+    Q_PROPERTY(QList<voltaro::ui::StatusNotifierItem::Pixmap> AttentionIconPixmap READ noPixmaps)
+    Q_PROPERTY(QString AttentionMovieName READ none)
     Q_PROPERTY(voltaro::ui::StatusNotifierItem::ToolTipValue ToolTip READ toolTip)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu)
     Q_PROPERTY(QDBusObjectPath Menu READ menu)
     Q_PROPERTY(QString XAyatanaLabel READ label)
     Q_PROPERTY(QString XAyatanaLabelGuide READ labelGuide)
+    Q_PROPERTY(uint XAyatanaOrderingIndex READ orderingIndex)
 
   public:
     explicit Adaptor(StatusNotifierItem* item) : QDBusAbstractAdaptor(item), item_(item) {}
@@ -35,13 +42,19 @@ class StatusNotifierItem::Adaptor : public QDBusAbstractAdaptor {
     QString title() const { return QStringLiteral("Voltaro"); }
     QString status() const { return QStringLiteral("Active"); }
     int windowId() const { return 0; }
-    QString iconName() const { return {}; }
+    QString iconName() const { return item_->iconName_; }
+    QString iconThemePath() const { return item_->iconThemePath_; }
     QList<Pixmap> iconPixmap() const { return item_->iconPixmap_; }
-    ToolTipValue toolTip() const { return {{}, {}, item_->toolTipTitle_, {}}; }
+    QString none() const { return {}; }
+    QList<Pixmap> noPixmaps() const { return {}; }
+    ToolTipValue toolTip() const {
+        return {item_->iconName_, {}, item_->toolTipTitle_, item_->toolTipDescription_};
+    }
     bool itemIsMenu() const { return false; }
     QDBusObjectPath menu() const { return item_->menuPath_; }
     QString label() const { return item_->label_; }
     QString labelGuide() const { return item_->labelGuide_; }
+    uint orderingIndex() const { return 0; }
 
   public slots:
     void Activate(int x, int y) {
@@ -56,8 +69,11 @@ class StatusNotifierItem::Adaptor : public QDBusAbstractAdaptor {
   signals:
     void NewTitle();
     void NewIcon();
+    void NewAttentionIcon();
+    void NewOverlayIcon();
     void NewToolTip();
     void NewStatus(const QString& status);
+    void NewIconThemePath(const QString& path);
     void XAyatanaNewLabel(const QString& label, const QString& guide);
 
   private:
@@ -128,23 +144,30 @@ void StatusNotifierItem::registerDBusTypes() {
     Q_UNUSED(registered);
 }
 
-void StatusNotifierItem::setIcon(const QList<QImage>& sizes) {
+void StatusNotifierItem::setIcon(const QList<QImage>& sizes, const QString& name,
+                                 const QString& themePath) {
     QList<Pixmap> pixmaps;
     for (const QImage& image : sizes) {
         pixmaps.append(pixmapOf(image));
     }
-    if (pixmaps == iconPixmap_) {
+    if (themePath != iconThemePath_) {
+        iconThemePath_ = themePath;
+        emit adaptor_->NewIconThemePath(iconThemePath_);
+    }
+    if (pixmaps == iconPixmap_ && name == iconName_) {
         return;
     }
     iconPixmap_ = pixmaps;
+    iconName_ = name;
     emit adaptor_->NewIcon();
 }
 
-void StatusNotifierItem::setToolTipTitle(const QString& title) {
-    if (title == toolTipTitle_) {
+void StatusNotifierItem::setToolTip(const QString& title, const QString& description) {
+    if (title == toolTipTitle_ && description == toolTipDescription_) {
         return;
     }
     toolTipTitle_ = title;
+    toolTipDescription_ = description;
     emit adaptor_->NewToolTip();
 }
 

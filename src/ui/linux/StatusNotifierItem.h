@@ -51,12 +51,16 @@ class StatusNotifierItem : public QObject {
     QString serviceName() const { return serviceName_; }
 
     // Each tells the hosts only when the value changed.
-    void setIcon(const QList<QImage>& sizes);
-    void setToolTipTitle(const QString& title);
+    // The glyph as pixels, and as a themed icon name with the folder holding it (both empty
+    // where there is none) for hosts that prefer names to pixels.
+    void setIcon(const QList<QImage>& sizes, const QString& name, const QString& themePath);
+    void setToolTip(const QString& title, const QString& description);
     void setLabel(const QString& label, const QString& guide);
 
     QList<Pixmap> iconPixmap() const { return iconPixmap_; }
     QString toolTipTitle() const { return toolTipTitle_; }
+    QString toolTipDescription() const { return toolTipDescription_; }
+    QString iconName() const { return iconName_; }
     QDBusObjectPath menuPath() const { return menuPath_; }
     QString label() const { return label_; }
     QString labelGuide() const { return labelGuide_; }
@@ -82,6 +86,9 @@ class StatusNotifierItem : public QObject {
     bool isWatcherPresent_ = false;
     QList<Pixmap> iconPixmap_;
     QString toolTipTitle_;
+    QString toolTipDescription_;
+    QString iconName_;
+    QString iconThemePath_;
     QString label_;
     QString labelGuide_;
 };

@@ -3,7 +3,6 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QMenu>
-#include <QPainter>
 #include <QPalette>
 #include <QPixmap>
 #include <QSystemTrayIcon>
@@ -12,6 +11,8 @@
 #include "ui/application/Observation.h"
 #include "ui/application/Translation.h"
 #include "ui/images/MenuBarBatteryImage.h"
+#include "ui/images/TrayGlyphImage.h"
+#include "ui/linux/ColorSchemePortal.h"
 #include "ui/linux/DBusMenu.h"
 #include "ui/linux/StatusNotifierItem.h"
 #include "ui/views/MenuBarLabel.h"
@@ -36,7 +37,8 @@ TrayItem::TrayItem(Observable<BatterySnapshot>& snapshot, DisplayPreferencesStor
     : StatusItem(parent),
       snapshot_(snapshot),
       preferences_(preferences),
-      textColor_(QGuiApplication::palette().color(QPalette::WindowText)),
+      colorScheme_(new ColorSchemePortal(bus, this)),
+      iconFolder_(TrayIconFolder::inRuntimeDirectory()),
       // The menu is on the bus before the item that names it.
       dbusMenu_(new DBusMenu(bus, this)),
       statusNotifierItem_(new StatusNotifierItem(
@@ -63,6 +65,7 @@ TrayItem::TrayItem(Observable<BatterySnapshot>& snapshot, DisplayPreferencesStor
     observe(this, snapshot_, [this](const BatterySnapshot&) { update(false); });
     // The store also tells of the temperature unit, which the label does not show.
     connect(&preferences_, &DisplayPreferencesStore::changed, this, [this] { update(false); });
+    connect(colorScheme_, &ColorSchemePortal::changed, this, [this] { update(true); });
 
     update(true);
     chooseSurface();
@@ -70,12 +73,11 @@ TrayItem::TrayItem(Observable<BatterySnapshot>& snapshot, DisplayPreferencesStor
 
 TrayItem::~TrayItem() = default;
 
-void TrayItem::setTextColor(const QColor& color) {
-    if (color == textColor_) {
-        return;
+QColor TrayItem::textColor() const {
+    if (const auto dark = colorScheme_->prefersDark()) {
+        return *dark ? QColor(Qt::white) : QColor(Qt::black);
     }
-    textColor_ = color;
-    update(true);
+    return QGuiApplication::palette().color(QPalette::WindowText);
 }
 
 bool TrayItem::usesStatusNotifier() const {
@@ -83,22 +85,7 @@ bool TrayItem::usesStatusNotifier() const {
 }
 
 QList<QImage> TrayItem::iconSizes(const BatterySnapshot& snapshot, const QColor& color) {
-    const qreal heightPerWidth =
-        MenuBarBatteryImage::heightPoints / MenuBarBatteryImage::widthPoints;
-    QList<QImage> sizes;
-    for (const int side : {16, 22, 32, 44, 64}) {
-        const qreal scale = side / MenuBarBatteryImage::widthPoints;
-        QImage square(side, side, QImage::Format_ARGB32_Premultiplied);
-        square.fill(Qt::transparent);
-        QPainter painter(&square);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        const qreal glyphHeight = side * heightPerWidth;
-        painter.drawImage(QRectF(0, (side - glyphHeight) / 2, side, glyphHeight),
-                          MenuBarLabel::glyph(snapshot, color, scale));
-        painter.end();
-        sizes.append(square);
-    }
-    return sizes;
+    return TrayGlyphImage::squares(MenuBarBatteryImage::outline(snapshot), color);
 }
 
 MenuBarLabelChoices TrayItem::currentChoices() const {
@@ -118,12 +105,30 @@ void TrayItem::update(bool force) {
 
     // Each setter tells the hosts only of what really changed: a new reading time alone
     // leaves the label, the icon and the tooltip as they were.
-    statusNotifierItem_->setIcon(iconSizes(snapshot, textColor_));
-    statusNotifierItem_->setToolTipTitle(QString::fromStdString(accessibilityText(snapshot)));
+    updateIcon(snapshot, force);
+    statusNotifierItem_->setToolTip(QString::fromStdString(accessibilityText(snapshot)),
+                                    QString::fromStdString(toolTipDescription(snapshot)));
     statusNotifierItem_->setLabel(
         QString::fromStdString(statusText(snapshot, choices).value_or("")),
         QString::fromStdString(reservedStatusText(choices)));
     updateFallbackIcon();
+}
+
+void TrayItem::updateIcon(const BatterySnapshot& snapshot, bool force) {
+    const QString look = TrayGlyphImage::iconName(snapshot);
+    if (!force && look == shownLook_) {
+        return;
+    }
+    shownLook_ = look;
+    shownOutline_ = MenuBarBatteryImage::outline(snapshot);
+    QString name;
+    QString themePath;
+    if (iconFolder_ && iconFolder_->write(look, TrayGlyphImage::symbolicSvg(shownOutline_))) {
+        name = look;
+        themePath = iconFolder_->themePath();
+    }
+    statusNotifierItem_->setIcon(TrayGlyphImage::squares(shownOutline_, textColor()), name,
+                                 themePath);
 }
 
 void TrayItem::updateFallbackIcon() {
@@ -133,10 +138,11 @@ void TrayItem::updateFallbackIcon() {
     QIcon icon;
     for (const qreal scale : {1.0, 2.0}) {
         icon.addPixmap(QPixmap::fromImage(
-            MenuBarLabel::render(*shownSnapshot_, shownChoices_, textColor_, scale)));
+            MenuBarLabel::render(*shownSnapshot_, shownChoices_, textColor(), scale)));
     }
     fallback_->setIcon(icon);
-    fallback_->setToolTip(QString::fromStdString(accessibilityText(*shownSnapshot_)));
+    fallback_->setToolTip(QString::fromStdString(accessibilityText(*shownSnapshot_) + "\n" +
+                                                 toolTipDescription(*shownSnapshot_)));
 }
 
 void TrayItem::chooseSurface() {

@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QList>
 #include <QObject>
+#include <QPainterPath>
 #include <QPoint>
 #include <QRect>
 #include <memory>
@@ -14,12 +15,14 @@
 #include "core/runtime/Published.h"
 #include "core/telemetry/BatterySnapshot.h"
 #include "ui/application/StatusItem.h"
+#include "ui/linux/TrayIconFolder.h"
 
 class QMenu;
 class QSystemTrayIcon;
 
 namespace voltaro::ui {
 
+class ColorSchemePortal;
 class DBusMenu;
 class DisplayPreferencesStore;
 class StatusNotifierItem;
@@ -36,23 +39,23 @@ class TrayItem final : public StatusItem {
              const QDBusConnection& bus = QDBusConnection::sessionBus(), QObject* parent = nullptr);
     ~TrayItem() override;
 
-    // The panel's text colour, which the glyph takes. Until told, the application palette's
-    // window text colour is the best guess.
-    void setTextColor(const QColor& color);
-    QColor textColor() const { return textColor_; }
+    // The colour the glyph's pixels take, for panels that show pixels: light on a dark desktop,
+    // dark on a light one, by the portal's preference, else by the application palette.
+    QColor textColor() const;
 
     // Through a StatusNotifierWatcher rather than an XEmbed tray.
     bool usesStatusNotifier() const;
     // Shown by a StatusNotifierWatcher or an XEmbed tray; neither may run yet at login.
     bool isInPanel() const override { return usesStatusNotifier() || fallback_ != nullptr; }
 
-    // The glyph padded into the square sizes hosts draw icons at.
+    // The glyph drawn into each square size hosts draw icons at.
     static QList<QImage> iconSizes(const BatterySnapshot& snapshot, const QColor& color);
 
   private:
     MenuBarLabelChoices currentChoices() const;
     // Re-renders what the hosts show, if the snapshot or the choices changed or force is set.
     void update(bool force);
+    void updateIcon(const BatterySnapshot& snapshot, bool force);
     void updateFallbackIcon();
     // Shows the item through the watcher when one runs, else through an XEmbed tray if any.
     void chooseSurface();
@@ -61,7 +64,10 @@ class TrayItem final : public StatusItem {
 
     Observable<BatterySnapshot>& snapshot_;
     DisplayPreferencesStore& preferences_;
-    QColor textColor_;
+    ColorSchemePortal* colorScheme_;
+    std::optional<TrayIconFolder> iconFolder_;
+    QString shownLook_;
+    QPainterPath shownOutline_;
     std::optional<BatterySnapshot> shownSnapshot_;
     MenuBarLabelChoices shownChoices_;
     DBusMenu* dbusMenu_;

@@ -65,5 +65,24 @@ TEST(MenuBarLabelTextsTest, AccessibilityTextNamesLevelAndState) {
     EXPECT_EQ(accessibilityText(charging), "Battery 57 percent, Charging");
 }
 
+TEST(MenuBarLabelTextsTest, ToolTipGivesChargePowerAndTimeToFull) {
+    const struct {
+        BatterySnapshot snapshot;
+        bool charging;
+        std::optional<std::int64_t> minutesToFull;
+        std::string description;
+    } cases[] = {
+        {batteryAt(57, 12.5), false, 40, "57% · 13 W"},
+        {batteryAt(57, std::nullopt), true, std::nullopt, "57%"},
+        {batteryAt(57, 20), true, 65, "57% · 20 W\nUntil fully charged: 1 hour, 5 minutes"},
+        {batteryAt(100, 20), true, 0, "100% · 20 W"},
+    };
+    for (auto c : cases) {
+        c.snapshot.isCharging = c.charging;
+        c.snapshot.timeToFullMinutes = c.minutesToFull;
+        EXPECT_EQ(toolTipDescription(c.snapshot), c.description);
+    }
+}
+
 }  // namespace
 }  // namespace voltaro

@@ -7,8 +7,12 @@
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QSvgRenderer>
 #include <chrono>
 #include <memory>
+#include <set>
 
 #include "ui/EventLoop.h"
 #include "ui/TemporaryPreferences.h"
@@ -49,6 +53,37 @@ class FakeStatusNotifierWatcher : public QObject {
   private:
     static inline int instances_ = 0;
     QString connectionName_;
+    QDBusConnection bus_;
+};
+
+// The desktop portal's colour-scheme setting, as a desktop with a dark preference gives it.
+class FakeSettingsPortal : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+  public:
+    explicit FakeSettingsPortal(QDBusConnection bus) : bus_(bus) {
+        bus_.registerObject("/org/freedesktop/portal/desktop", this,
+                            QDBusConnection::ExportScriptableContents);
+        bus_.registerService("org.freedesktop.portal.Desktop");
+    }
+    ~FakeSettingsPortal() override { bus_.unregisterService("org.freedesktop.portal.Desktop"); }
+
+    void change(uint scheme) {
+        emit SettingChanged("org.freedesktop.appearance", "color-scheme",
+                            QDBusVariant(QVariant(scheme)));
+    }
+
+  public slots:
+    // Wrapped twice, as the older Read does.
+    Q_SCRIPTABLE QDBusVariant Read(const QString&, const QString&) {
+        return QDBusVariant(QVariant::fromValue(QDBusVariant(QVariant(1u))));
+    }
+
+  signals:
+    Q_SCRIPTABLE void SettingChanged(const QString&, const QString&, const QDBusVariant&);
+
+  private:
     QDBusConnection bus_;
 };
 
@@ -200,13 +235,38 @@ TEST_F(TrayItemBusTest, ExportsTheSnapshotAsIconTooltipAndLabel) {
     ASSERT_FALSE(itemService.isEmpty());
     EXPECT_TRUE(tray->usesStatusNotifier());
 
-    EXPECT_EQ(itemProperty("Status").toString(), "Active");
-    EXPECT_FALSE(itemProperty("ItemIsMenu").toBool());
+    // Every property a host may ask for answers, empty where the item has nothing.
+    const std::pair<const char*, QVariant> properties[] = {
+        {"Category", "Hardware"},
+        {"Id", "voltaro"},
+        {"Title", "Voltaro"},
+        {"Status", "Active"},
+        {"WindowId", 0},
+        {"IconName", "voltaro-battery-50-symbolic"},
+        {"OverlayIconName", ""},
+        {"AttentionIconName", ""},
+        {"AttentionMovieName", ""},
+        {"ItemIsMenu", false},
+        {"XAyatanaLabel", "57% · 13 W"},
+        {"XAyatanaLabelGuide", "100% · 000 W"},
+        {"XAyatanaOrderingIndex", 0u},
+    };
+    for (const auto& [name, expected] : properties) {
+        EXPECT_EQ(itemProperty(name).toString(), expected.toString()) << name;
+    }
+    for (const char* name : {"OverlayIconPixmap", "AttentionIconPixmap"}) {
+        EXPECT_TRUE(qdbus_cast<QList<StatusNotifierItem::Pixmap>>(itemProperty(name)).isEmpty());
+    }
     EXPECT_EQ(itemProperty("Menu").value<QDBusObjectPath>().path(), "/MenuBar");
-    EXPECT_EQ(itemProperty("XAyatanaLabel").toString(), "57% · 13 W");
-    EXPECT_EQ(itemProperty("XAyatanaLabelGuide").toString(), "100% · 000 W");
     const auto tip = qdbus_cast<StatusNotifierItem::ToolTipValue>(itemProperty("ToolTip"));
     EXPECT_EQ(tip.title, "Battery 57 percent, On battery");
+    EXPECT_EQ(tip.description, "57% · 13 W");
+    // The named icon is a file in the theme folder, in the runtime directory tray_bus.sh made.
+    const QString themePath = itemProperty("IconThemePath").toString();
+    EXPECT_TRUE(themePath.startsWith(qEnvironmentVariable("XDG_RUNTIME_DIR")))
+        << themePath.toStdString();
+    EXPECT_TRUE(QSvgRenderer(themePath + "/hicolor/scalable/status/voltaro-battery-50-symbolic.svg")
+                    .isValid());
 
     const auto pixmaps = iconPixmap();
     ASSERT_FALSE(pixmaps.isEmpty());
@@ -246,9 +306,10 @@ TEST_F(TrayItemBusTest, TellsTheHostsWhenTheBatteryChangesAndOnlyThen) {
     EXPECT_EQ(itemProperty("XAyatanaLabel").toString(), "100% · 20 W");
     EXPECT_EQ(qdbus_cast<StatusNotifierItem::ToolTipValue>(itemProperty("ToolTip")).title,
               "Battery 100 percent, Charging");
-    // A new icon exactly when the glyph looks different.
-    const bool iconChanged = !(iconPixmap() == iconBefore);
-    EXPECT_EQ(recorder->named("NewIcon").size(), iconChanged ? 1 : 0);
+    // One new icon, pixels and name together.
+    EXPECT_NE(iconPixmap(), iconBefore);
+    EXPECT_EQ(itemProperty("IconName").toString(), "voltaro-battery-100-charging-symbolic");
+    EXPECT_EQ(recorder->named("NewIcon").size(), 1);
 }
 
 TEST_F(TrayItemBusTest, ALabelChoiceChangesTheLabelAtOnce) {
@@ -324,6 +385,30 @@ TEST_F(TrayItemBusTest, AClickOpensTheDashboardWhereTheHostSaysItWas) {
     callItem("Activate", {0, 0});    // a host that cannot tell
     EXPECT_EQ(opened, (std::vector<std::optional<QRect>>{QRect(1830, 12, 0, 0), QRect(0, 540, 0, 0),
                                                          std::nullopt}));
+}
+
+TEST_F(TrayItemBusTest, ThePixelsTakeTheDesktopsLightOrDarkPreference) {
+    FakeSettingsPortal portal(host);
+    const auto tray = registeredTray();
+    // The grey levels of the glyph's solid pixels, as the host receives them.
+    const auto solidGreys = [&] {
+        std::set<int> greys;
+        for (const auto& pixmap : iconPixmap()) {
+            for (qsizetype i = 0; i + 3 < pixmap.argb.size(); i += 4) {
+                if (static_cast<uchar>(pixmap.argb[i]) == 0xff) {
+                    greys.insert(static_cast<uchar>(pixmap.argb[i + 1]));
+                }
+            }
+        }
+        return greys;
+    };
+    EXPECT_TRUE(processEventsUntil([&] { return solidGreys() == std::set<int>{0xff}; }));
+    portal.change(2);
+    EXPECT_TRUE(processEventsUntil([&] { return solidGreys() == std::set<int>{0}; }));
+    portal.change(0);
+    EXPECT_TRUE(processEventsUntil([&] {
+        return tray->textColor() == QGuiApplication::palette().color(QPalette::WindowText);
+    }));
 }
 
 }  // namespace

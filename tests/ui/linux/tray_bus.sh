@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs the tray item's D-Bus tests on a private session bus, so the desktop's own bus and its
-# panel never see the test's items. Exits 77 (skipped) when it cannot run.
+# panel never see the test's items, with a runtime directory of their own for the icon folder.
+# Exits 77 (skipped) when it cannot run.
 # Usage: tray_bus.sh UI_TESTS_BINARY
 set -euo pipefail
 
@@ -9,6 +10,8 @@ if ! command -v dbus-run-session >/dev/null; then
     echo "skipped: dbus-run-session not installed (package dbus-daemon)" >&2
     exit 77
 fi
-export VOLTARO_TRAY_BUS=1
+XDG_RUNTIME_DIR=$(mktemp -d "${TMPDIR:-/tmp}/voltaro-tray-bus.XXXXXX")
+trap 'rm -rf "$XDG_RUNTIME_DIR"' EXIT
+export XDG_RUNTIME_DIR VOLTARO_TRAY_BUS=1
 export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
-exec dbus-run-session -- "$binary" --gtest_filter='TrayItemBusTest.*'
+dbus-run-session -- "$binary" --gtest_filter='TrayItemBusTest.*'
