@@ -115,12 +115,15 @@ def glyph_at_16_px_reaches_its_right_edge_and_tip():
         assert height >= 6, f"the glyph is {height} px high"
         background = shot.getpixel((2, (box[1] + box[3]) // 2))
         spans = [s for s in column_spans(shot, box, background) if s]
-        body = max(s[1] - s[0] for s in spans)
-        # The battery's tip: a short stub in the middle of its right side, past the body's edge.
+        top, bottom = min(s[0] for s in spans), max(s[1] for s in spans)
+        body = bottom - top
+        # The battery's tip: a short stub centred on its right side, just past the body's edge.
         tip = spans[-1]
-        assert tip[1] - tip[0] < body * 0.7, f"no tip at the right: last column {tip}, body {body}"
-        assert any(s[1] - s[0] >= body * 0.8 for s in spans[-4:-1]), \
-            f"no right edge of the body before the tip: {spans[-4:]}, body {body}"
+        assert tip[1] - tip[0] < body / 2, f"no tip at the right: last column {tip}, body {body}"
+        assert abs((tip[0] + tip[1]) - (top + bottom)) <= 3, \
+            f"the tip {tip} is not centred on the body {top}-{bottom}"
+        assert any(s[1] - s[0] >= body * 0.7 for s in spans[-5:-1]), \
+            f"no right edge of the body before the tip: {spans[-5:]}, body {body}"
 
 
 def click_opens_the_dashboard_under_the_item():
@@ -140,4 +143,5 @@ def click_opens_the_dashboard_under_the_item():
 
 if __name__ == "__main__":
     desktop.main([appears_within_5_s_every_time, appears_when_the_panel_starts_later,
+                  glyph_at_16_px_reaches_its_right_edge_and_tip,
                   click_opens_the_dashboard_under_the_item])
