@@ -16,6 +16,8 @@ class StatusItem : public QObject {
 
     // Shown where the user can reach it; at login the panel may come later than the item.
     virtual bool isInPanel() const = 0;
+    // Where the desktop last said the item is, for opening windows from its menu beside it.
+    virtual std::optional<QRect> lastKnownAnchor() const { return std::nullopt; }
 
   signals:
     // A click on the item, with where it was when the desktop tells: the item's rectangle, or

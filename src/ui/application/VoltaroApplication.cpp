@@ -118,9 +118,10 @@ void VoltaroApplication::quit() {
 
 void VoltaroApplication::attachTrayItem(StatusItem& tray) {
     connect(&tray, &StatusItem::activated, this, &VoltaroApplication::toggleDashboard);
-    // The menu gives no place to open at; the cursor is where the user just was.
+    // The menu gives no place to open at: by the item where the desktop told where it is,
+    // else by the cursor, where the user just was.
     connect(&tray, &StatusItem::openDashboardRequested, this,
-            [this] { openDashboard(std::nullopt); });
+            [this, &tray] { openDashboard(tray.lastKnownAnchor()); });
     connect(&tray, &StatusItem::openSettingsRequested, this, &VoltaroApplication::openSettings);
     connect(&tray, &StatusItem::quitRequested, this, &VoltaroApplication::quit);
     // An item no panel shows reaches nobody: then the last window closing still quits.

@@ -61,11 +61,13 @@ QList<QImage> squares(const QPainterPath& outline, const QColor& color) {
     return images;
 }
 
-QByteArray symbolicSvg(const QPainterPath& outline) {
+QByteArray symbolicSvg(const QPainterPath& outline, const QColor& color) {
     // Plasma takes the colour from the style sheet's class; GTK overrides every fill.
     return "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"22\" height=\"22\" "
            "viewBox=\"0 0 22 22\">\n"
-           "<style id=\"current-color-scheme\">.ColorScheme-Text{color:#232629;}</style>\n"
+           "<style id=\"current-color-scheme\">.ColorScheme-Text{color:" +
+           color.name(QColor::HexRgb).toLatin1() +
+           ";}</style>\n"
            "<path class=\"ColorScheme-Text\" fill=\"currentColor\" fill-rule=\"" +
            QByteArray(outline.fillRule() == Qt::OddEvenFill ? "evenodd" : "nonzero") + "\" d=\"" +
            pathData(outline) + "\"/>\n</svg>\n";

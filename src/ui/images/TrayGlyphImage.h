@@ -23,8 +23,8 @@ QImage square(const QPainterPath& outline, int side, const QColor& color);
 QList<QImage> squares(const QPainterPath& outline, const QColor& color);
 
 // The outline as a 22 × 22 SVG of plain fills, the form GTK and Plasma recolour to the panel's
-// text colour.
-QByteArray symbolicSvg(const QPainterPath& outline);
+// text colour; hosts that draw it as it is (LXQt) show it in the colour given.
+QByteArray symbolicSvg(const QPainterPath& outline, const QColor& color);
 
 // One icon name per look of the glyph: its body's fill band and its accessory.
 QString iconName(const BatterySnapshot& snapshot);

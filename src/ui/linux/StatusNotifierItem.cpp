@@ -5,10 +5,19 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusMetaType>
+#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
+#include <QDBusVariant>
+#include <QTimer>
 #include <QtEndian>
 
 namespace voltaro::ui {
+namespace {
+
+// Registrations per appearance of a watcher: enough to outlast a dropped one, never endless.
+constexpr int maximumRegistrations = 3;
+
+}  // namespace
 
 // What the hosts see: the item's D-Bus interface, kept apart from the owner's signals.
 class StatusNotifierItem::Adaptor : public QDBusAbstractAdaptor {
@@ -57,12 +66,8 @@ class StatusNotifierItem::Adaptor : public QDBusAbstractAdaptor {
     uint orderingIndex() const { return 0; }
 
   public slots:
-    void Activate(int x, int y) {
-        // Hosts that cannot know the pointer's position (Wayland) send the origin.
-        emit item_->activated(x == 0 && y == 0 ? std::nullopt
-                                               : std::optional<QPoint>(QPoint(x, y)));
-    }
-    void SecondaryActivate(int, int) {}
+    void Activate(int x, int y) { item_->activate(x, y, true); }
+    void SecondaryActivate(int x, int y) { item_->activate(x, y, false); }
     void ContextMenu(int x, int y) { emit item_->contextMenuRequested(QPoint(x, y)); }
     void Scroll(int, const QString&) {}
 
@@ -89,9 +94,14 @@ StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, const QDBusOb
     serviceName_ = QStringLiteral("org.kde.StatusNotifierItem-%1-%2")
                        .arg(QCoreApplication::applicationPid())
                        .arg(++instances);
-    if (!bus_.isConnected()) {
+}
+
+void StatusNotifierItem::publish() {
+    if (isPublished_ || !bus_.isConnected()) {
         return;
     }
+    isPublished_ = true;
+    // Object first, then the name: whoever sees the name finds every property answering.
     isExported_ = bus_.registerObject(QString::fromLatin1(objectPath), this,
                                       QDBusConnection::ExportAdaptors) &&
                   bus_.registerService(serviceName_);
@@ -103,12 +113,18 @@ StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, const QDBusOb
             [this](const QString&, const QString&, const QString& newOwner) {
                 setWatcherPresent(!newOwner.isEmpty());
                 if (!newOwner.isEmpty()) {
+                    registrationsLeft_ = maximumRegistrations;
                     registerWithWatcher();
                 }
             });
+    // A host that comes back may find the watcher without the item.
+    bus_.connect(QString::fromLatin1(watcherService), QStringLiteral("/StatusNotifierWatcher"),
+                 QString::fromLatin1(watcherService),
+                 QStringLiteral("StatusNotifierHostRegistered"), this, SLOT(checkRegistration()));
     if (bus_.interface() &&
         bus_.interface()->isServiceRegistered(QString::fromLatin1(watcherService))) {
         isWatcherPresent_ = true;
+        registrationsLeft_ = maximumRegistrations;
         registerWithWatcher();
     }
 }
@@ -181,15 +197,57 @@ void StatusNotifierItem::setLabel(const QString& label, const QString& guide) {
 }
 
 void StatusNotifierItem::registerWithWatcher() {
-    if (!isExported_) {
+    if (!isExported_ || registrationsLeft_ <= 0) {
         return;
     }
+    --registrationsLeft_;
     auto call = QDBusMessage::createMethodCall(
         QString::fromLatin1(watcherService), QStringLiteral("/StatusNotifierWatcher"),
         QString::fromLatin1(watcherService), QStringLiteral("RegisterStatusNotifierItem"));
     call << serviceName_;
     // Never blocks: a watcher that does not answer must not hang the application.
-    bus_.asyncCall(call);
+    auto* pending = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* p) {
+        p->deleteLater();
+        // Some watchers accept the call and still drop the item, so look a little later.
+        QTimer::singleShot(checkIntervalMs_, this, &StatusNotifierItem::checkRegistration);
+    });
+}
+
+void StatusNotifierItem::checkRegistration() {
+    auto call = QDBusMessage::createMethodCall(
+        QString::fromLatin1(watcherService), QStringLiteral("/StatusNotifierWatcher"),
+        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    call << QString::fromLatin1(watcherService) << QStringLiteral("RegisteredStatusNotifierItems");
+    auto* pending = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* p) {
+        p->deleteLater();
+        const QDBusMessage reply = p->reply();
+        if (reply.type() != QDBusMessage::ReplyMessage) {
+            return;  // a watcher that cannot tell, or none any more
+        }
+        const QStringList items =
+            qdbus_cast<QStringList>(reply.arguments().value(0).value<QDBusVariant>().variant());
+        // Listed by bus name or by unique connection name, with or without the object path.
+        for (const QString& item : items) {
+            if (item.startsWith(serviceName_) || item.startsWith(bus_.baseService() + '/') ||
+                item == bus_.baseService()) {
+                return;
+            }
+        }
+        registerWithWatcher();
+    });
+}
+
+void StatusNotifierItem::activate(int x, int y, bool opens) {
+    // Hosts that cannot know the pointer's position (Wayland) send the origin.
+    const bool known = x != 0 || y != 0;
+    if (known) {
+        lastActivation_ = QPoint(x, y);
+    }
+    if (opens) {
+        emit activated(known ? std::optional<QPoint>(QPoint(x, y)) : std::nullopt);
+    }
 }
 
 void StatusNotifierItem::setWatcherPresent(bool isPresent) {

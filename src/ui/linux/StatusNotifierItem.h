@@ -42,10 +42,17 @@ class StatusNotifierItem : public QObject {
                        QObject* parent = nullptr);
     ~StatusNotifierItem() override;
 
+    // Takes the bus name and registers with the watcher; call once the item shows what it
+    // should, since a host reads everything the moment it learns of the item.
+    void publish();
+    // How long after registering the item looks whether the watcher lists it, and registers
+    // again if not.
+    void setRegistrationCheckInterval(int milliseconds) { checkIntervalMs_ = milliseconds; }
+
     static Pixmap pixmapOf(const QImage& image);
     static void registerDBusTypes();
 
-    // Whether the item is on the bus under its own name.
+    // Whether the item is on the bus under its own name, once published.
     bool isExported() const { return isExported_; }
     bool isWatcherPresent() const { return isWatcherPresent_; }
     QString serviceName() const { return serviceName_; }
@@ -61,6 +68,8 @@ class StatusNotifierItem : public QObject {
     QString toolTipTitle() const { return toolTipTitle_; }
     QString toolTipDescription() const { return toolTipDescription_; }
     QString iconName() const { return iconName_; }
+    // Where the host last said the item was clicked, if it ever did.
+    std::optional<QPoint> lastActivation() const { return lastActivation_; }
     QDBusObjectPath menuPath() const { return menuPath_; }
     QString label() const { return label_; }
     QString labelGuide() const { return labelGuide_; }
@@ -77,7 +86,13 @@ class StatusNotifierItem : public QObject {
 
     void registerWithWatcher();
     void setWatcherPresent(bool isPresent);
+    // A click the host reports; the secondary one only tells where the item is.
+    void activate(int x, int y, bool opens);
 
+  private slots:
+    void checkRegistration();
+
+  private:
     QDBusConnection bus_;
     QDBusObjectPath menuPath_;
     Adaptor* adaptor_;
@@ -89,6 +104,10 @@ class StatusNotifierItem : public QObject {
     QString toolTipDescription_;
     QString iconName_;
     QString iconThemePath_;
+    std::optional<QPoint> lastActivation_;
+    int checkIntervalMs_ = 4000;
+    int registrationsLeft_ = 0;
+    bool isPublished_ = false;
     QString label_;
     QString labelGuide_;
 };

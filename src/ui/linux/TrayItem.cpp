@@ -6,6 +6,8 @@
 #include <QPalette>
 #include <QPixmap>
 #include <QSystemTrayIcon>
+#include <QTimer>
+#include <chrono>
 
 #include "ui/application/DisplayPreferencesStore.h"
 #include "ui/application/Observation.h"
@@ -15,7 +17,6 @@
 #include "ui/linux/ColorSchemePortal.h"
 #include "ui/linux/DBusMenu.h"
 #include "ui/linux/StatusNotifierItem.h"
-#include "ui/views/MenuBarLabel.h"
 
 namespace voltaro::ui {
 namespace {
@@ -43,7 +44,8 @@ TrayItem::TrayItem(Observable<BatterySnapshot>& snapshot, DisplayPreferencesStor
       dbusMenu_(new DBusMenu(bus, this)),
       statusNotifierItem_(new StatusNotifierItem(
           bus, QDBusObjectPath(QString::fromLatin1(DBusMenu::objectPath)), this)),
-      contextMenu_(std::make_unique<QMenu>()) {
+      contextMenu_(std::make_unique<QMenu>()),
+      panelProbe_(new QTimer(this)) {
     connect(dbusMenu_, &DBusMenu::openDashboardRequested, this, &TrayItem::openDashboardRequested);
     connect(dbusMenu_, &DBusMenu::openSettingsRequested, this, &TrayItem::openSettingsRequested);
     connect(dbusMenu_, &DBusMenu::quitRequested, this, &TrayItem::quitRequested);
@@ -66,8 +68,13 @@ TrayItem::TrayItem(Observable<BatterySnapshot>& snapshot, DisplayPreferencesStor
     // The store also tells of the temperature unit, which the label does not show.
     connect(&preferences_, &DisplayPreferencesStore::changed, this, [this] { update(false); });
     connect(colorScheme_, &ColorSchemePortal::changed, this, [this] { update(true); });
+    // An XEmbed tray announces itself to nobody: look for one while no panel shows the item.
+    panelProbe_->setInterval(std::chrono::seconds(3));
+    connect(panelProbe_, &QTimer::timeout, this, &TrayItem::chooseSurface);
 
     update(true);
+    // Only now that the item shows the battery may a host learn of it.
+    statusNotifierItem_->publish();
     chooseSurface();
 }
 
@@ -78,6 +85,13 @@ QColor TrayItem::textColor() const {
         return *dark ? QColor(Qt::white) : QColor(Qt::black);
     }
     return QGuiApplication::palette().color(QPalette::WindowText);
+}
+
+std::optional<QRect> TrayItem::lastKnownAnchor() const {
+    if (const auto clicked = statusNotifierItem_->lastActivation()) {
+        return QRect(*clicked, QSize(0, 0));
+    }
+    return fallbackAnchor();
 }
 
 bool TrayItem::usesStatusNotifier() const {
@@ -123,7 +137,8 @@ void TrayItem::updateIcon(const BatterySnapshot& snapshot, bool force) {
     shownOutline_ = MenuBarBatteryImage::outline(snapshot);
     QString name;
     QString themePath;
-    if (iconFolder_ && iconFolder_->write(look, TrayGlyphImage::symbolicSvg(shownOutline_))) {
+    if (iconFolder_ &&
+        iconFolder_->write(look, TrayGlyphImage::symbolicSvg(shownOutline_, textColor()))) {
         name = look;
         themePath = iconFolder_->themePath();
     }
@@ -135,10 +150,15 @@ void TrayItem::updateFallbackIcon() {
     if (!fallback_ || !shownSnapshot_) {
         return;
     }
+    // The tray's own icon size where it tells it, beside the usual ones.
+    QList<int> sides(TrayGlyphImage::sides.begin(), TrayGlyphImage::sides.end());
+    if (fallback_->geometry().isValid()) {
+        sides.append(fallback_->geometry().height());
+    }
     QIcon icon;
-    for (const qreal scale : {1.0, 2.0}) {
-        icon.addPixmap(QPixmap::fromImage(
-            MenuBarLabel::render(*shownSnapshot_, shownChoices_, textColor(), scale)));
+    for (const int side : sides) {
+        icon.addPixmap(
+            QPixmap::fromImage(TrayGlyphImage::square(shownOutline_, side, textColor())));
     }
     fallback_->setIcon(icon);
     fallback_->setToolTip(QString::fromStdString(accessibilityText(*shownSnapshot_) + "\n" +
@@ -147,6 +167,11 @@ void TrayItem::updateFallbackIcon() {
 
 void TrayItem::chooseSurface() {
     placeInPanel();
+    if (isInPanel()) {
+        panelProbe_->stop();
+    } else if (!panelProbe_->isActive()) {
+        panelProbe_->start();
+    }
     // The watcher's presence has already changed when this runs: compare with what was told.
     if (isInPanel() != toldInPanel_) {
         toldInPanel_ = isInPanel();
@@ -173,6 +198,8 @@ void TrayItem::placeInPanel() {
             });
     updateFallbackIcon();
     fallback_->show();
+    // Embedded, the icon has the tray's size: drawn again for it.
+    QTimer::singleShot(std::chrono::milliseconds(500), this, &TrayItem::updateFallbackIcon);
 }
 
 std::optional<QRect> TrayItem::fallbackAnchor() const {

@@ -19,6 +19,7 @@
 
 class QMenu;
 class QSystemTrayIcon;
+class QTimer;
 
 namespace voltaro::ui {
 
@@ -29,7 +30,7 @@ class StatusNotifierItem;
 
 // The application's presence in the panel: the battery glyph with the status text, kept up to
 // date with the snapshot and the label choices. Shown through the StatusNotifier hosts when a
-// watcher runs on the bus, otherwise as an XEmbed tray icon with the whole label drawn in.
+// watcher runs on the bus, otherwise as an XEmbed tray icon: the glyph, the text in its tooltip.
 class TrayItem final : public StatusItem {
     Q_OBJECT
 
@@ -47,6 +48,7 @@ class TrayItem final : public StatusItem {
     bool usesStatusNotifier() const;
     // Shown by a StatusNotifierWatcher or an XEmbed tray; neither may run yet at login.
     bool isInPanel() const override { return usesStatusNotifier() || fallback_ != nullptr; }
+    std::optional<QRect> lastKnownAnchor() const override;
 
     // The glyph drawn into each square size hosts draw icons at.
     static QList<QImage> iconSizes(const BatterySnapshot& snapshot, const QColor& color);
@@ -74,6 +76,8 @@ class TrayItem final : public StatusItem {
     StatusNotifierItem* statusNotifierItem_;
     std::unique_ptr<QMenu> contextMenu_;
     QSystemTrayIcon* fallback_ = nullptr;
+    // Looks now and then for a panel while none shows the item.
+    QTimer* panelProbe_;
     bool toldInPanel_ = false;
 };
 

@@ -48,6 +48,8 @@ void close(QWidget* window) {
 class PanelItem final : public StatusItem {
   public:
     bool isInPanel() const override { return false; }
+    std::optional<QRect> lastKnownAnchor() const override { return anchor; }
+    std::optional<QRect> anchor;
 };
 
 class VoltaroApplicationTest : public ::testing::Test {
@@ -241,8 +243,10 @@ TEST_F(VoltaroApplicationTest, TheTrayItemReachesTheWindows) {
     application->settingsWindow()->hide();
 
     scheduler.advance(1s);
+    tray.anchor = QRect(390, 776, 24, 24);  // the menu opens it by the item, not the cursor
     emit tray.openDashboardRequested();
     EXPECT_TRUE(popup->isVisible());
+    EXPECT_EQ(popup->geometry().topLeft(), QPoint(211, 220));
     EXPECT_EQ(refreshes(), 3);
     popup->close();
     emit tray.openSettingsRequested();

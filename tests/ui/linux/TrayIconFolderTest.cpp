@@ -16,9 +16,11 @@ TEST(TrayIconFolderTest, ReplacesAnIconInOneStepAndLeavesAnEqualOneAlone) {
     const TrayIconFolder folder(root.path() + "/icons");
     BatterySnapshot snapshot;
     snapshot.level = 57;
-    const QByteArray half = TrayGlyphImage::symbolicSvg(MenuBarBatteryImage::outline(snapshot));
+    const QByteArray half =
+        TrayGlyphImage::symbolicSvg(MenuBarBatteryImage::outline(snapshot), Qt::black);
     snapshot.level = 5;
-    const QByteArray empty = TrayGlyphImage::symbolicSvg(MenuBarBatteryImage::outline(snapshot));
+    const QByteArray empty =
+        TrayGlyphImage::symbolicSvg(MenuBarBatteryImage::outline(snapshot), Qt::black);
 
     ASSERT_TRUE(folder.write("voltaro-test-symbolic", half));
     EXPECT_TRUE(QFile::exists(root.path() + "/icons/hicolor/index.theme"));

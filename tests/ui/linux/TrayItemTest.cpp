@@ -10,6 +10,7 @@
 #include <QGuiApplication>
 #include <QPalette>
 #include <QSvgRenderer>
+#include <QTest>
 #include <chrono>
 #include <memory>
 #include <set>
@@ -23,18 +24,20 @@
 namespace voltaro::ui {
 namespace {
 
-// Just enough of a panel's StatusNotifierWatcher: owns the name on a connection of its own and
-// writes down who registers.
+// Just enough of a panel's StatusNotifierWatcher: owns the name on a connection of its own,
+// writes down who registers and lists them, less the first `drops` (as a flaky host would).
 class FakeStatusNotifierWatcher : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+    Q_PROPERTY(QStringList RegisteredStatusNotifierItems MEMBER listed)
 
   public:
     FakeStatusNotifierWatcher()
         : connectionName_(QStringLiteral("watcher-%1").arg(++instances_)),
           bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName_)) {
-        bus_.registerObject(QStringLiteral("/StatusNotifierWatcher"), this,
-                            QDBusConnection::ExportScriptableSlots);
+        bus_.registerObject(
+            QStringLiteral("/StatusNotifierWatcher"), this,
+            QDBusConnection::ExportScriptableSlots | QDBusConnection::ExportAllProperties);
         bus_.registerService(QString::fromLatin1(StatusNotifierItem::watcherService));
     }
     ~FakeStatusNotifierWatcher() override {
@@ -44,10 +47,15 @@ class FakeStatusNotifierWatcher : public QObject {
     }
 
     QStringList registrations;
+    QStringList listed;
+    int drops = 0;
 
   public slots:
     Q_SCRIPTABLE void RegisterStatusNotifierItem(const QString& service) {
         registrations.append(service);
+        if (drops-- <= 0) {
+            listed.append(service + "/StatusNotifierItem");
+        }
     }
 
   private:
@@ -380,11 +388,17 @@ TEST_F(TrayItemBusTest, AClickOpensTheDashboardWhereTheHostSaysItWas) {
     QObject::connect(tray.get(), &TrayItem::activated,
                      [&](std::optional<QRect> at) { opened.push_back(at); });
 
+    EXPECT_EQ(tray->lastKnownAnchor(), std::nullopt);
     callItem("Activate", {1830, 12});
     callItem("Activate", {0, 540});  // a panel on the left edge
     callItem("Activate", {0, 0});    // a host that cannot tell
     EXPECT_EQ(opened, (std::vector<std::optional<QRect>>{QRect(1830, 12, 0, 0), QRect(0, 540, 0, 0),
                                                          std::nullopt}));
+    // The menu's dashboard opens by the last place a host told, a middle click's included.
+    EXPECT_EQ(tray->lastKnownAnchor(), QRect(0, 540, 0, 0));
+    callItem("SecondaryActivate", {900, 1060});
+    EXPECT_EQ(tray->lastKnownAnchor(), QRect(900, 1060, 0, 0));
+    EXPECT_EQ(opened.size(), 3u);
 }
 
 TEST_F(TrayItemBusTest, ThePixelsTakeTheDesktopsLightOrDarkPreference) {
@@ -409,6 +423,19 @@ TEST_F(TrayItemBusTest, ThePixelsTakeTheDesktopsLightOrDarkPreference) {
     EXPECT_TRUE(processEventsUntil([&] {
         return tray->textColor() == QGuiApplication::palette().color(QPalette::WindowText);
     }));
+}
+
+TEST_F(TrayItemBusTest, RegistersAgainUntilTheWatcherListsTheItem) {
+    watcher = std::make_unique<FakeStatusNotifierWatcher>();
+    watcher->drops = 1;
+    StatusNotifierItem item(QDBusConnection::sessionBus(), QDBusObjectPath("/MenuBar"));
+    item.setRegistrationCheckInterval(50);
+    EXPECT_TRUE(watcher->registrations.isEmpty()) << "not on the bus before it is published";
+    item.publish();
+    ASSERT_TRUE(processEventsUntil([&] { return !watcher->listed.isEmpty(); }));
+    EXPECT_EQ(watcher->registrations, QStringList(2, item.serviceName()));
+    QTest::qWait(200);
+    EXPECT_EQ(watcher->registrations.size(), 2) << "listed: no more registrations";
 }
 
 }  // namespace
