@@ -21,10 +21,11 @@ packages=(
     # The desktops the tray item is tested in, each on an X server and session bus of its own:
     # GNOME Shell's AppIndicator extension, XFCE's status tray and its indicator plugin over
     # Ayatana's indicator service, LXQt, an XEmbed tray, a window manager for the panels that
-    # need one, and weston for a Wayland session. Screenshots are read through python3-pil.
+    # need one, weston for a Wayland session, and the settings portal that tells light from
+    # dark. Screenshots are read through python3-pil.
     gnome-shell gnome-shell-extension-appindicator dbus-x11
     xfce4-panel xfce4-indicator-plugin ayatana-indicator-application lxqt-panel trayer openbox
-    weston qt6-wayland
+    weston qt6-wayland xdg-desktop-portal xdg-desktop-portal-gtk
     x11-apps xdotool imagemagick python3 python3-pil python3-dbus
 )
 for group in "$@"; do

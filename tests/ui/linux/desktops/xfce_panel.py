@@ -26,7 +26,7 @@ PANEL_XML = """<?xml version="1.0" encoding="UTF-8"?>
         <value type="double" value="{shade}"/><value type="double" value="1"/>
       </property>
       <property name="plugin-ids" type="array">
-        <value type="int" value="1"/><value type="int" value="2"/>
+        <value type="int" value="1"/><value type="int" value="2"/><value type="int" value="3"/>
       </property>
     </property>
   </property>
@@ -36,6 +36,9 @@ PANEL_XML = """<?xml version="1.0" encoding="UTF-8"?>
       <property name="style" type="uint" value="0"/>
     </property>
     <property name="plugin-2" type="string" value="{tray}"/>
+    <property name="plugin-3" type="string" value="separator">
+      <property name="style" type="uint" value="0"/>
+    </property>
   </property>
 </channel>
 """
