@@ -149,6 +149,9 @@ class Desktop:
             self.stop(process)
         if self.x_server:
             os.close(self.display_pipe)
+        # The document portal, started with the settings portal, mounts a folder here.
+        if os.path.ismount(self.path("runtime", "doc")):
+            subprocess.run(["fusermount", "-uz", self.path("runtime", "doc")], check=False)
         if kind is not None:
             for log in sorted(f for f in os.listdir(self.root) if f.endswith(".log")):
                 with open(self.path(log), errors="replace") as text:
