@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """Voltaro in a native Wayland session: weston's headless backend, no X server anywhere. The
 item goes to the StatusNotifierWatcher over D-Bus as on X11 (ayatana-indicator-application's
-service stands in for the panel's), and a click opens the dashboard as an ordinary Wayland
-window."""
+service stands in for the panel's), and a click opens the dashboard as an ordinary, decorated
+Wayland window."""
 
 import os
 import re
@@ -56,6 +56,11 @@ def dashboard_opens_as_a_native_wayland_window():
 
         assert desktop.wait_for(shown, 10), "no Voltaro toplevel\n" + log()[-3000:]
         assert "xdg_popup" not in log(), "the dashboard went out as a popup"
+        # An ordinary window wears a title bar above the 382 × 552 dashboard; a frameless popup
+        # turned toplevel would not.
+        geometry = re.findall(
+            r"-> xdg_surface@\d+\.set_window_geometry\(-?\d+, -?\d+, (\d+), (\d+)\)", log())
+        assert geometry and int(geometry[-1][1]) > 552, f"window geometry {geometry}"
         assert voltaro.poll() is None, "Voltaro ended"
 
 
