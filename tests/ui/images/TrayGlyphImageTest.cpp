@@ -70,13 +70,5 @@ TEST(TrayGlyphImageTest, TheSymbolicIconHasTheGlyphsShape) {
     }
 }
 
-TEST(TrayGlyphImageTest, NamesOneIconPerLook) {
-    EXPECT_EQ(TrayGlyphImage::iconName(state(5, false, false)), "voltaro-battery-0-symbolic");
-    EXPECT_EQ(TrayGlyphImage::iconName(state(57, true, true)),
-              "voltaro-battery-50-charging-symbolic");
-    EXPECT_EQ(TrayGlyphImage::iconName(state(100, true, false)),
-              "voltaro-battery-100-plugged-symbolic");
-}
-
 }  // namespace
 }  // namespace voltaro::ui
