@@ -7,6 +7,7 @@ import os
 import shutil
 import sys
 
+sys.dont_write_bytecode = True  # keeps the source tree clean
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import desktop  # noqa: E402
 import xfce_panel  # noqa: E402

@@ -6,6 +6,7 @@ system bus and its settings in a keyfile of the session's own."""
 import os
 import sys
 
+sys.dont_write_bytecode = True  # keeps the source tree clean
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import desktop  # noqa: E402
 

@@ -5,6 +5,7 @@ docks an icon window of its own."""
 import os
 import sys
 
+sys.dont_write_bytecode = True  # keeps the source tree clean
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import desktop  # noqa: E402
 

@@ -8,6 +8,7 @@ import os
 import re
 import sys
 
+sys.dont_write_bytecode = True  # keeps the source tree clean
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import ayatana  # noqa: E402
 import desktop  # noqa: E402
