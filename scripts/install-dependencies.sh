@@ -18,11 +18,20 @@ packages=(
     xvfb xauth x11-utils
     appstream desktop-file-utils
     clang
+    # The desktops the tray item is tested in, each on an X server and session bus of its own:
+    # GNOME Shell's AppIndicator extension, XFCE's status tray and its indicator plugin over
+    # Ayatana's indicator service, LXQt, an XEmbed tray, a window manager for the panels that
+    # need one, weston for a Wayland session, and the settings portal that tells light from
+    # dark. Screenshots are read through python3-pil.
+    gnome-shell gnome-shell-extension-appindicator dbus-x11
+    xfce4-panel xfce4-indicator-plugin ayatana-indicator-application lxqt-panel trayer openbox
+    weston qt6-wayland xdg-desktop-portal xdg-desktop-portal-gtk
+    x11-apps xdotool imagemagick python3 python3-pil python3-dbus
 )
 for group in "$@"; do
     case "$group" in
         deep) packages+=(libclang-rt-14-dev make debhelper dpkg-dev lintian) ;;
-        footprint) packages+=(htop btop tmux trayer) ;;
+        footprint) packages+=(htop btop tmux) ;;
         *) echo "unknown group '$group' (deep, footprint)" >&2; exit 2 ;;
     esac
 done

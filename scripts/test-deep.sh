@@ -15,15 +15,26 @@ step() {
 step "quick test"
 scripts/test.sh
 
+# The item must appear on every start: 20 starts in each real panel (the quick test makes 5).
+step "the item's appearance in the real panels"
+for host in xfce_panel lxqt_panel gnome_shell; do
+    VOLTARO_PANEL_STARTS=20 VOLTARO_BINARY="${VOLTARO_BUILD_DIR:-build}/voltaro" \
+        /usr/bin/python3 "tests/ui/linux/desktops/$host.py" appears_within_5_s_every_time ||
+        [ $? -eq 77 ]
+done
+
 # Unoptimised: the sanitizers find the same faults, and the build is much quicker.
 step "AddressSanitizer and UndefinedBehaviorSanitizer"
 asan_dir=${VOLTARO_ASAN_BUILD_DIR:-build-asan}
 cmake -S . -B "$asan_dir" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVOLTARO_WERROR=ON \
     -DVOLTARO_SANITIZE=address,undefined
 cmake --build "$asan_dir" --parallel "$(nproc)"
+# Not the real panels: they time the item against a 5 s limit that an unoptimised, instrumented
+# start does not stand for; the item's D-Bus side and the windows run under the sanitizers in
+# tray_bus and the preview window's test.
 ASAN_OPTIONS="detect_leaks=1:detect_stack_use_after_return=1" \
     UBSAN_OPTIONS="print_stacktrace=1" \
-    ctest --test-dir "$asan_dir" --output-on-failure --parallel "$(nproc)"
+    ctest --test-dir "$asan_dir" --output-on-failure --parallel "$(nproc)" --label-exclude panels
 
 # The low power mode changes on a thread of its own and hands its outcome back through the main
 # loop, the terminal's or Qt's; the core tests and the executor's tests drive that, so a build of

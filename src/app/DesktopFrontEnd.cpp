@@ -42,6 +42,25 @@ int runDesktopFrontEnd(int& argc, char** argv, const CommandLine& commandLine,
                        const PlatformServices& platformServices) {
     QApplication application(argc, argv);
     ui::prepareApplication();
+    // A start from the menu, autostart or a terminal while Voltaro runs brings that one forward.
+    // The preview window is a developer's view and stands on its own.
+    ui::StatusItem* runningTray = nullptr;
+    if (!commandLine.previewWindow) {
+        switch (ui::DesktopShell::claimSession(application, [&runningTray] {
+            if (runningTray != nullptr) {
+                emit runningTray->openDashboardRequested();
+            }
+        })) {
+            case ui::DesktopShell::SessionStart::first:
+                break;
+            case ui::DesktopShell::SessionStart::handedOver:
+                return 0;
+            case ui::DesktopShell::SessionStart::unanswered:
+                std::cerr << "voltaro: Voltaro already runs in this session but does not answer; "
+                             "end it and start Voltaro again\n";
+                return 1;
+        }
+    }
     ui::QtMainExecutor mainExecutor;
     BatteryMonitor::configureShared(platformServices.monitorServices(mainExecutor));
     BatteryMonitor& monitor = BatteryMonitor::shared();
@@ -63,6 +82,7 @@ int runDesktopFrontEnd(int& argc, char** argv, const CommandLine& commandLine,
     const std::unique_ptr<ui::StatusItem> tray =
         ui::DesktopShell::makeStatusItem(monitor.snapshot(), ui::DisplayPreferencesStore::shared());
     voltaro.attachTrayItem(*tray);
+    runningTray = tray.get();
     if (!tray->isInPanel()) {
         std::cerr << "voltaro: no tray in the panel yet; the battery shows there once one "
                      "appears\n";

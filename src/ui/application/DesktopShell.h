@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QIcon>
+#include <QObject>
 #include <QString>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -22,6 +24,13 @@ namespace DesktopShell {
 // the store outlive it.
 std::unique_ptr<StatusItem> makeStatusItem(Observable<BatterySnapshot>& snapshot,
                                            DisplayPreferencesStore& preferences);
+
+// One instance per user session: either this process goes on as the session's instance, and
+// `activate` runs whenever a later start asks it to come forward, or the running instance came
+// forward in its place and this process leaves. Call once the QApplication exists; what keeps the
+// claim lives as long as the owner.
+enum class SessionStart { first, handedOver, unanswered };
+SessionStart claimSession(QObject& owner, std::function<void()> activate);
 
 // Only the item in the menu bar, or, with the preview window, also a Dock icon and menu like an
 // ordinary application. Call once the QApplication exists.

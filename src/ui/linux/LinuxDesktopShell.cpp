@@ -1,4 +1,8 @@
 #include "ui/application/DesktopShell.h"
+
+#include <QGuiApplication>
+
+#include "ui/linux/SingleInstance.h"
 #include "ui/linux/TrayItem.h"
 
 namespace voltaro::ui::DesktopShell {
@@ -6,6 +10,21 @@ namespace voltaro::ui::DesktopShell {
 std::unique_ptr<StatusItem> makeStatusItem(Observable<BatterySnapshot>& snapshot,
                                            DisplayPreferencesStore& preferences) {
     return std::make_unique<TrayItem>(snapshot, preferences);
+}
+
+SessionStart claimSession(QObject& owner, std::function<void()> activate) {
+    auto* instance = new SingleInstance(QDBusConnection::sessionBus(),
+                                        QGuiApplication::desktopFileName(), &owner);
+    QObject::connect(instance, &SingleInstance::activationRequested, &owner, std::move(activate));
+    switch (instance->claim()) {
+        case SingleInstance::Claim::first:
+            return SessionStart::first;
+        case SingleInstance::Claim::handedOver:
+            return SessionStart::handedOver;
+        case SingleInstance::Claim::unanswered:
+            break;
+    }
+    return SessionStart::unanswered;
 }
 
 void presentApplication(bool) {

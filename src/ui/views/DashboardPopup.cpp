@@ -16,11 +16,21 @@ namespace {
 // panel then passes the same click on as an activation, it must not open the popup again.
 constexpr std::chrono::milliseconds sameClick(300);
 
+// Wayland gives no client a global position, and a popup there needs a parent window the tray
+// item does not have: the dashboard opens as an ordinary window and the compositor places it.
+bool placesWindowsItself() {
+    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
+Qt::WindowFlags popupFlags() {
+    return placesWindowsItself() ? Qt::Popup | Qt::FramelessWindowHint : Qt::Window;
+}
+
 }  // namespace
 
 DashboardPopup::DashboardPopup(BatteryMonitor& monitor, std::string_view systemPowerTitle,
                                DashboardActions actions, const Clock& clock)
-    : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint), monitor_(monitor), clock_(clock) {
+    : QWidget(nullptr, popupFlags()), monitor_(monitor), clock_(clock) {
     setWindowTitle("Voltaro");
     auto* layout = new QVBoxLayout(this);
     // Room for a hairline edge: without a frame, the popup would melt into a light window
@@ -42,7 +52,9 @@ void DashboardPopup::open(std::optional<QRect> anchor) {
         return;
     }
     dismissedAt_.reset();
-    move(placePopup(anchor, QCursor::pos(), size(), QGuiApplication::screens()));
+    if (placesWindowsItself()) {
+        move(placePopup(anchor, QCursor::pos(), size(), QGuiApplication::screens()));
+    }
     show();
     raise();
     monitor_.refreshNow();

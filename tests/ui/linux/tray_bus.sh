@@ -14,4 +14,18 @@ XDG_RUNTIME_DIR=$(mktemp -d "${TMPDIR:-/tmp}/voltaro-tray-bus.XXXXXX")
 trap 'rm -rf "$XDG_RUNTIME_DIR"' EXIT
 export XDG_RUNTIME_DIR VOLTARO_TRAY_BUS=1
 export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
-dbus-run-session -- "$binary" --gtest_filter='TrayItemBusTest.*'
+# Only the test's own services on this bus: no portal or other service of the machine is
+# started on demand behind the stand-ins' backs.
+cat >"$XDG_RUNTIME_DIR/bus.conf" <<'EOF'
+<busconfig>
+  <type>session</type>
+  <listen>unix:tmpdir=/tmp</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+EOF
+dbus-run-session --config-file="$XDG_RUNTIME_DIR/bus.conf" -- "$binary" --gtest_filter='TrayItemBusTest.*'

@@ -19,6 +19,11 @@ std::unique_ptr<StatusItem> makeStatusItem(Observable<BatterySnapshot>& snapshot
                                          std::make_unique<AppKitStatusBarButton>());
 }
 
+SessionStart claimSession(QObject&, std::function<void()>) {
+    // Launch Services starts an application once and brings that one forward.
+    return SessionStart::first;
+}
+
 void presentApplication(bool withPreviewWindow) {
     applyActivationPolicy(activationPolicy(withPreviewWindow));
 }
