@@ -1,13 +1,15 @@
 #!/usr/bin/env bash
 # The history end to end, with the real binary on a private X server: the tray application
-# records, `--history` reads beside it, a second instance runs without the file, a damaged file
+# records, `--history` reads beside it, a second session's instance runs without the file, a damaged file
 # is set aside, and a state folder that cannot be created leaves the application running.
 # Usage: history_command_line.sh VOLTARO_BINARY FIXTURES_FOLDER
 set -euo pipefail
 
 voltaro=$(realpath "${1:?usage: $0 VOLTARO_BINARY FIXTURES_FOLDER}")
 fixture="${2:?usage: $0 VOLTARO_BINARY FIXTURES_FOLDER}/sysfs/thinkpad-t14-discharging"
-command -v Xvfb >/dev/null || { echo "skipped: Xvfb is missing"; exit 77; }
+for program in Xvfb dbus-daemon; do
+    command -v $program >/dev/null || { echo "skipped: $program is missing"; exit 77; }
+done
 
 workdir=$(mktemp -d "${TMPDIR:-/tmp}/voltaro-history-e2e-XXXXXX")
 pids=()
@@ -36,8 +38,15 @@ check() {
     if "$@"; then echo "ok: $what"; else echo "FAILED: $what" >&2; failures=$((failures + 1)); fi
 }
 # Starts the tray application with the given state folder; its stderr goes to the named log.
+# Each runs in a session of its own, as two logins of one user would: within one session a
+# second start only hands over to the first.
 start() {
-    XDG_STATE_HOME="$1" "$voltaro" --sysfs-root "$fixture" 2>"$workdir/$2.log" &
+    local bus="$workdir/$2.bus"
+    dbus-daemon --session --address="unix:path=$bus" --nofork --nopidfile 2>/dev/null &
+    pids+=($!)
+    for _ in $(seq 100); do [ -S "$bus" ] && break; sleep 0.05; done
+    DBUS_SESSION_BUS_ADDRESS="unix:path=$bus" XDG_STATE_HOME="$1" \
+        "$voltaro" --sysfs-root "$fixture" 2>"$workdir/$2.log" &
     pids+=($!)
     started=$!
 }
