@@ -155,34 +155,24 @@ class TrayItemBusTest : public ::testing::Test {
         return tray;
     }
 
-    QDBusMessage call(const QDBusMessage& message) {
+    // A call from the panel's side, answered while the item's side runs.
+    QDBusMessage call(const char* path, const char* interface, const QString& method,
+                      const QVariantList& arguments) {
+        auto message = QDBusMessage::createMethodCall(itemService, path, interface, method);
+        message.setArguments(arguments);
         QDBusPendingCall pending = host.asyncCall(message);
         EXPECT_TRUE(processEventsUntil([&] { return pending.isFinished(); }));
         return pending.reply();
     }
-
-    QDBusMessage callItem(const QString& method, const QVariantList& arguments = {}) {
-        auto message =
-            QDBusMessage::createMethodCall(itemService, QStringLiteral("/StatusNotifierItem"),
-                                           QStringLiteral("org.kde.StatusNotifierItem"), method);
-        message.setArguments(arguments);
-        return call(message);
+    QDBusMessage callItem(const QString& method, const QVariantList& arguments) {
+        return call("/StatusNotifierItem", "org.kde.StatusNotifierItem", method, arguments);
     }
-
     QDBusMessage callMenu(const QString& method, const QVariantList& arguments) {
-        auto message =
-            QDBusMessage::createMethodCall(itemService, QStringLiteral("/MenuBar"),
-                                           QStringLiteral("com.canonical.dbusmenu"), method);
-        message.setArguments(arguments);
-        return call(message);
+        return call("/MenuBar", "com.canonical.dbusmenu", method, arguments);
     }
-
     QVariant itemProperty(const QString& name) {
-        auto message = QDBusMessage::createMethodCall(
-            itemService, QStringLiteral("/StatusNotifierItem"),
-            QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-        message << QStringLiteral("org.kde.StatusNotifierItem") << name;
-        const QDBusMessage reply = call(message);
+        const QDBusMessage reply = call("/StatusNotifierItem", "org.freedesktop.DBus.Properties",
+                                        "Get", {"org.kde.StatusNotifierItem", name});
         EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << name.toStdString();
         return reply.arguments().value(0).value<QDBusVariant>().variant();
     }
