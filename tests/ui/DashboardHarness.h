@@ -47,8 +47,7 @@ class DashboardHarness : public voltaro::testing::FakeMonitorServices {
         if (!view_) {
             view_ = std::make_unique<DashboardView>(
                 monitor, preferences_, "Power usage",
-                DashboardActions{.openSettings = [this] { ++settingsOpened; },
-                                 .openBatterySettings = {}});
+                DashboardActions{.openSettings = [] {}, .openBatterySettings = {}});
         }
         return *view_;
     }
@@ -119,7 +118,6 @@ class DashboardHarness : public voltaro::testing::FakeMonitorServices {
     voltaro::testing::ManualScheduler scheduler;
     voltaro::testing::CrossThreadExecutor executor{scheduler};
     BatteryMonitor monitor{on(executor, scheduler)};
-    int settingsOpened = 0;
 
   private:
     QTemporaryDir directory_;

@@ -2,18 +2,15 @@
 
 #include <gtest/gtest.h>
 #include <QCoreApplication>
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
 #include <QGuiApplication>
 #include <QPalette>
-#include <QSvgRenderer>
 #include <QTest>
 #include <chrono>
 #include <memory>
-#include <set>
 
 #include "ui/EventLoop.h"
 #include "ui/TemporaryPreferences.h"
@@ -158,41 +155,26 @@ class TrayItemBusTest : public ::testing::Test {
         return tray;
     }
 
-    QDBusMessage call(const QDBusMessage& message) {
+    // A call from the panel's side, answered while the item's side runs.
+    QDBusMessage call(const char* path, const char* interface, const QString& method,
+                      const QVariantList& arguments) {
+        auto message = QDBusMessage::createMethodCall(itemService, path, interface, method);
+        message.setArguments(arguments);
         QDBusPendingCall pending = host.asyncCall(message);
         EXPECT_TRUE(processEventsUntil([&] { return pending.isFinished(); }));
         return pending.reply();
     }
-
-    QDBusMessage callItem(const QString& method, const QVariantList& arguments = {}) {
-        auto message =
-            QDBusMessage::createMethodCall(itemService, QStringLiteral("/StatusNotifierItem"),
-                                           QStringLiteral("org.kde.StatusNotifierItem"), method);
-        message.setArguments(arguments);
-        return call(message);
+    QDBusMessage callItem(const QString& method, const QVariantList& arguments) {
+        return call("/StatusNotifierItem", "org.kde.StatusNotifierItem", method, arguments);
     }
-
     QDBusMessage callMenu(const QString& method, const QVariantList& arguments) {
-        auto message =
-            QDBusMessage::createMethodCall(itemService, QStringLiteral("/MenuBar"),
-                                           QStringLiteral("com.canonical.dbusmenu"), method);
-        message.setArguments(arguments);
-        return call(message);
+        return call("/MenuBar", "com.canonical.dbusmenu", method, arguments);
     }
-
     QVariant itemProperty(const QString& name) {
-        auto message = QDBusMessage::createMethodCall(
-            itemService, QStringLiteral("/StatusNotifierItem"),
-            QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-        message << QStringLiteral("org.kde.StatusNotifierItem") << name;
-        const QDBusMessage reply = call(message);
+        const QDBusMessage reply = call("/StatusNotifierItem", "org.freedesktop.DBus.Properties",
+                                        "Get", {"org.kde.StatusNotifierItem", name});
         EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << name.toStdString();
         return reply.arguments().value(0).value<QDBusVariant>().variant();
-    }
-
-    QList<StatusNotifierItem::Pixmap> iconPixmap() {
-        return qdbus_cast<QList<StatusNotifierItem::Pixmap>>(
-            itemProperty(QStringLiteral("IconPixmap")));
     }
 
     std::unique_ptr<SignalRecorder> recordItemSignals() {
@@ -223,9 +205,6 @@ TEST_F(TrayItemBusTest, RegistersWithEveryWatcherThatAppears) {
     watcher = std::make_unique<FakeStatusNotifierWatcher>();
     ASSERT_TRUE(processEventsUntil([&] { return !watcher->registrations.isEmpty(); }));
     const QString service = watcher->registrations.first();
-    EXPECT_TRUE(service.startsWith(
-        QStringLiteral("org.kde.StatusNotifierItem-%1-").arg(QCoreApplication::applicationPid())));
-    EXPECT_TRUE(host.interface()->isServiceRegistered(service));
     EXPECT_TRUE(tray.usesStatusNotifier());
 
     // The panel restarts.
@@ -269,28 +248,15 @@ TEST_F(TrayItemBusTest, ExportsTheSnapshotAsIconTooltipAndLabel) {
     const auto tip = qdbus_cast<StatusNotifierItem::ToolTipValue>(itemProperty("ToolTip"));
     EXPECT_EQ(tip.title, "Battery 57 percent, On battery");
     EXPECT_EQ(tip.description, "57% · 13 W");
-    // The named icon is a file in the theme folder, in the runtime directory tray_bus.sh made.
-    const QString themePath = itemProperty("IconThemePath").toString();
-    EXPECT_TRUE(themePath.startsWith(qEnvironmentVariable("XDG_RUNTIME_DIR")))
-        << themePath.toStdString();
-    EXPECT_TRUE(QSvgRenderer(themePath + "/hicolor/scalable/status/voltaro-battery-50-symbolic.svg")
-                    .isValid());
-
-    const auto pixmaps = iconPixmap();
-    ASSERT_FALSE(pixmaps.isEmpty());
-    bool hasPanelSize = false;
-    for (const auto& pixmap : pixmaps) {
-        EXPECT_EQ(pixmap.width, pixmap.height);  // hosts scale anything else to a square
-        EXPECT_EQ(pixmap.argb.size(), pixmap.width * pixmap.height * 4);
-        hasPanelSize = hasPanelSize || pixmap.width == 22;
+    // Their content is the real panels' to judge (tests/ui/linux/desktops).
+    for (const char* name : {"IconThemePath", "IconPixmap"}) {
+        EXPECT_TRUE(itemProperty(name).isValid()) << name;
     }
-    EXPECT_TRUE(hasPanelSize);
 }
 
-TEST_F(TrayItemBusTest, TellsTheHostsWhenTheBatteryChangesAndOnlyThen) {
+TEST_F(TrayItemBusTest, TellsTheHostsWhenTheBatteryOrTheLabelChoiceChangesAndOnlyThen) {
     const auto tray = registeredTray();
     const auto recorder = recordItemSignals();
-    const auto iconBefore = iconPixmap();
 
     BatterySnapshot sameButLater = fixtureSnapshot();
     sameButLater.updatedAt += std::chrono::seconds(2);
@@ -311,75 +277,45 @@ TEST_F(TrayItemBusTest, TellsTheHostsWhenTheBatteryChangesAndOnlyThen) {
     EXPECT_EQ(labels[0].arguments(),
               (QVariantList{QStringLiteral("100% · 20 W"), QStringLiteral("100% · 000 W")}));
     EXPECT_EQ(recorder->named("NewToolTip").size(), 1);
-    EXPECT_EQ(itemProperty("XAyatanaLabel").toString(), "100% · 20 W");
     EXPECT_EQ(qdbus_cast<StatusNotifierItem::ToolTipValue>(itemProperty("ToolTip")).title,
               "Battery 100 percent, Charging");
-    // One new icon, pixels and name together.
-    EXPECT_NE(iconPixmap(), iconBefore);
     EXPECT_EQ(itemProperty("IconName").toString(), "voltaro-battery-100-charging-symbolic");
     EXPECT_EQ(recorder->named("NewIcon").size(), 1);
-}
 
-TEST_F(TrayItemBusTest, ALabelChoiceChangesTheLabelAtOnce) {
-    const auto tray = registeredTray();
-    const auto recorder = recordItemSignals();
-
+    // The label choices change the label at once.
     preferences.setValue(showsPowerUsageInMenuBar, false);
-    EXPECT_EQ(itemProperty("XAyatanaLabel").toString(), "57%");
-    EXPECT_EQ(itemProperty("XAyatanaLabelGuide").toString(), "100%");
     preferences.setValue(showsPercentageInMenuBar, false);
-    EXPECT_EQ(itemProperty("XAyatanaLabel").toString(), "");
-    EXPECT_EQ(itemProperty("XAyatanaLabelGuide").toString(), "");
     preferences.setTemperatureUnit("fahrenheit");  // not shown in the label
-
     ASSERT_TRUE(
-        processEventsUntil([&] { return recorder->named("XAyatanaNewLabel").size() >= 2; }));
-    const auto labels = recorder->named("XAyatanaNewLabel");
-    ASSERT_EQ(labels.size(), 2);
-    EXPECT_EQ(labels[0].arguments(), (QVariantList{QStringLiteral("57%"), QStringLiteral("100%")}));
-    EXPECT_EQ(labels[1].arguments(), (QVariantList{QString(), QString()}));
+        processEventsUntil([&] { return recorder->named("XAyatanaNewLabel").size() >= 3; }));
+    const auto choices = recorder->named("XAyatanaNewLabel");
+    ASSERT_EQ(choices.size(), 3);
+    EXPECT_EQ(choices[1].arguments(),
+              (QVariantList{QStringLiteral("100%"), QStringLiteral("100%")}));
+    EXPECT_EQ(choices[2].arguments(), (QVariantList{QString(), QString()}));
 }
 
-TEST_F(TrayItemBusTest, ServesTheMenuAndPassesEachChoiceOn) {
+// Opening the dashboard and quitting from the menu are the real panels' (tests/ui/linux/desktops).
+TEST_F(TrayItemBusTest, TheMenusSettingsEntryOpensTheSettingsAndUnknownIdsFail) {
     const auto tray = registeredTray();
-    int dashboards = 0;
     int settings = 0;
-    int quits = 0;
-    QObject::connect(tray.get(), &TrayItem::openDashboardRequested, [&] { ++dashboards; });
     QObject::connect(tray.get(), &TrayItem::openSettingsRequested, [&] { ++settings; });
-    QObject::connect(tray.get(), &TrayItem::quitRequested, [&] { ++quits; });
-
-    const QDBusMessage layoutReply = callMenu("GetLayout", {0, -1, QStringList()});
-    const auto layout = qdbus_cast<DBusMenu::LayoutItem>(layoutReply.arguments().value(1));
-    EXPECT_EQ(layout.properties.value("children-display").toString(), "submenu");
-    QStringList labels;
+    const auto layout = qdbus_cast<DBusMenu::LayoutItem>(
+        callMenu("GetLayout", {0, -1, QStringList()}).arguments().value(1));
+    int settingsId = -1;
     for (const auto& child : layout.children) {
-        labels.append(child.properties.value("label").toString());
-        EXPECT_TRUE(child.children.isEmpty());
+        if (child.properties.value("label").toString() == "Settings…") {
+            settingsId = child.id;
+        }
     }
-    EXPECT_EQ(labels, (QStringList{"Open Dashboard", "Settings…", "Quit Voltaro"}));
-    ASSERT_EQ(layout.children.size(), 3);
-
-    const struct {
-        int id;
-        int* count;
-    } entries[] = {{layout.children[0].id, &dashboards},
-                   {layout.children[1].id, &settings},
-                   {layout.children[2].id, &quits}};
-    for (const auto& entry : entries) {
-        // Hovering does nothing; a click acts once.
-        callMenu("Event",
-                 {entry.id, QStringLiteral("hovered"), QVariant::fromValue(QDBusVariant(0)), 0u});
-        EXPECT_EQ(*entry.count, 0) << entry.id;
-        const QDBusMessage reply = callMenu("Event", {entry.id, QStringLiteral("clicked"),
-                                                      QVariant::fromValue(QDBusVariant(0)), 0u});
-        EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << entry.id;
-        EXPECT_EQ(*entry.count, 1) << entry.id;
-    }
-    EXPECT_EQ(
-        callMenu("Event", {42, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)), 0u})
-            .type(),
-        QDBusMessage::ErrorMessage);
+    const auto event = [&](int id, const QString& kind) {
+        return callMenu("Event", {id, kind, QVariant::fromValue(QDBusVariant(0)), 0u}).type();
+    };
+    event(settingsId, "hovered");
+    EXPECT_EQ(settings, 0);
+    EXPECT_EQ(event(settingsId, "clicked"), QDBusMessage::ReplyMessage);
+    EXPECT_EQ(settings, 1);
+    EXPECT_EQ(event(42, "clicked"), QDBusMessage::ErrorMessage);
 }
 
 TEST_F(TrayItemBusTest, AClickOpensTheDashboardWhereTheHostSaysItWas) {
@@ -389,36 +325,25 @@ TEST_F(TrayItemBusTest, AClickOpensTheDashboardWhereTheHostSaysItWas) {
                      [&](std::optional<QRect> at) { opened.push_back(at); });
 
     EXPECT_EQ(tray->lastKnownAnchor(), std::nullopt);
-    callItem("Activate", {1830, 12});
     callItem("Activate", {0, 540});  // a panel on the left edge
     callItem("Activate", {0, 0});    // a host that cannot tell
-    EXPECT_EQ(opened, (std::vector<std::optional<QRect>>{QRect(1830, 12, 0, 0), QRect(0, 540, 0, 0),
-                                                         std::nullopt}));
+    EXPECT_EQ(opened, (std::vector<std::optional<QRect>>{QRect(0, 540, 0, 0), std::nullopt}));
     // The menu's dashboard opens by the last place a host told, a middle click's included.
     EXPECT_EQ(tray->lastKnownAnchor(), QRect(0, 540, 0, 0));
     callItem("SecondaryActivate", {900, 1060});
     EXPECT_EQ(tray->lastKnownAnchor(), QRect(900, 1060, 0, 0));
-    EXPECT_EQ(opened.size(), 3u);
+    EXPECT_EQ(opened.size(), 2u);
 }
 
-TEST_F(TrayItemBusTest, ThePixelsTakeTheDesktopsLightOrDarkPreference) {
+// The glyph's luma on light and dark panels is xfce_panel.py's; here, following the portal.
+TEST_F(TrayItemBusTest, TheGlyphTakesTheDesktopsLightOrDarkPreference) {
     FakeSettingsPortal portal(host);
     const auto tray = registeredTray();
-    // The grey levels of the glyph's solid pixels, as the host receives them.
-    const auto solidGreys = [&] {
-        std::set<int> greys;
-        for (const auto& pixmap : iconPixmap()) {
-            for (qsizetype i = 0; i + 3 < pixmap.argb.size(); i += 4) {
-                if (static_cast<uchar>(pixmap.argb[i]) == 0xff) {
-                    greys.insert(static_cast<uchar>(pixmap.argb[i + 1]));
-                }
-            }
-        }
-        return greys;
-    };
-    EXPECT_TRUE(processEventsUntil([&] { return solidGreys() == std::set<int>{0xff}; }));
+    EXPECT_TRUE(processEventsUntil([&] { return tray->textColor() == QColor(Qt::white); }));
+    const auto recorder = recordItemSignals();
     portal.change(2);
-    EXPECT_TRUE(processEventsUntil([&] { return solidGreys() == std::set<int>{0}; }));
+    EXPECT_TRUE(processEventsUntil([&] { return tray->textColor() == QColor(Qt::black); }));
+    EXPECT_TRUE(processEventsUntil([&] { return !recorder->named("NewIcon").isEmpty(); }));
     portal.change(0);
     EXPECT_TRUE(processEventsUntil([&] {
         return tray->textColor() == QGuiApplication::palette().color(QPalette::WindowText);

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 #include <QLabel>
-#include <QPushButton>
 #include <map>
 
 #include "ui/DashboardHarness.h"
@@ -211,10 +210,6 @@ TEST_F(DashboardViewTest, TheSwitchShowsOnlyWhatTheMonitorPublishes) {
     EXPECT_EQ(harness.lowPowerMode.requests(), std::vector<bool>{true});
 }
 
-TEST_F(DashboardViewTest, TheSettingsButtonOpensTheSettings) {
-    find<QPushButton>("settingsButton")->click();
-    EXPECT_EQ(harness.settingsOpened, 1);
-}
-
+// Its settings button: VoltaroApplicationTest.TheMenuAndTheDashboardsButtonOpenTheSettings.
 }  // namespace
 }  // namespace voltaro::ui
