@@ -305,6 +305,35 @@ class Item:
     def wait_gone(self, seconds=5):
         return wait_for(lambda: self.box(self.desktop.screenshot()) is None, seconds, step=0.1)
 
+    def settled(self):
+        """The item's box and a screenshot once it has settled in the panel."""
+        box, _ = self.wait_shown(5)
+        assert box, "no item within 5 s"
+        wait_for(lambda: False, 0.5)
+        shot = self.desktop.screenshot()
+        return self.box(shot), shot
+
+    def appears_on_every_start(self):
+        """Voltaro started again and again beside the running panel: the item within 5 s each
+        time, and gone once Voltaro ends."""
+        for start in range(starts()):
+            voltaro = self.desktop.voltaro()
+            box, _ = self.wait_shown(5)
+            assert box, f"start {start + 1}: no item within 5 s"
+            self.desktop.stop(voltaro)
+            assert self.wait_gone(), f"start {start + 1}: the item stayed after Voltaro ended"
+
+
+def appears_in_a_late_panel(session, strip, right_margin):
+    """Voltaro first, the panel after: the item joins the panel at its right end."""
+    voltaro = session.voltaro()
+    wait_for(lambda: any(name.startswith("org.kde.StatusNotifierItem-")
+                         for name in session.bus_names()), 10)
+    session.start_panel()
+    box, _ = Item(session, strip).wait_shown(5)
+    assert box and box[2] > SCREEN[0] - right_margin, f"no item in the late panel: {box}"
+    assert voltaro.poll() is None
+
 
 def main(cases):
     """Runs the cases in order, or those named on the command line; exits 0, 1 on a failure,

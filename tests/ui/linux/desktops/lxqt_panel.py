@@ -74,41 +74,19 @@ def appears_within_5_s_every_time():
         session.start_panel()
         item = desktop.Item(session, STRIP)
         assert item.box(session.screenshot()) is None, "the empty panel is not flat"
-        for start in range(desktop.starts()):
-            voltaro = session.voltaro()
-            box, _ = item.wait_shown(5)
-            assert box, f"start {start + 1}: no item within 5 s"
-            session.stop(voltaro)
-            assert item.wait_gone(), f"start {start + 1}: the item stayed after Voltaro ended"
+        item.appears_on_every_start()
 
 
 def appears_when_the_panel_starts_later():
     with Lxqt() as session:
-        voltaro = session.voltaro()
-        desktop.wait_for(lambda: any(n.startswith("org.kde.StatusNotifierItem-")
-                                     for n in session.bus_names()), 10)
-        session.start_panel()
-        item = desktop.Item(session, STRIP)
-        box, _ = item.wait_shown(5)
-        assert box and box[2] > desktop.SCREEN[0] - 100, f"no item in the late panel: {box}"
-        assert voltaro.poll() is None
-
-
-def shown_item(session):
-    """The item's box and a screenshot once it has settled in the panel."""
-    item = desktop.Item(session, STRIP)
-    box, _ = item.wait_shown(5)
-    assert box, "no item"
-    desktop.wait_for(lambda: False, 0.5)
-    shot = session.screenshot()
-    return item.box(shot), shot
+        desktop.appears_in_a_late_panel(session, STRIP, 100)
 
 
 def glyph_at_16_px_reaches_its_right_edge_and_tip():
     with Lxqt() as session:
         session.start_panel()
         session.voltaro()
-        box, shot = shown_item(session)
+        box, shot = desktop.Item(session, STRIP).settled()
         session.save(shot.crop((desktop.SCREEN[0] - 120, 0, desktop.SCREEN[0], PANEL_HEIGHT))
                      .resize((480, 4 * PANEL_HEIGHT), 0), "lxqt-16px.png")
         width, height = box[2] - box[0], box[3] - box[1]
@@ -131,7 +109,7 @@ def click_opens_the_dashboard_under_the_item():
     with Lxqt() as session:
         session.start_panel()
         voltaro = session.voltaro()
-        box, _ = shown_item(session)
+        box, _ = desktop.Item(session, STRIP).settled()
         centre = ((box[0] + box[2]) // 2, (box[1] + box[3]) // 2)
         session.click(*centre)
         window = desktop.wait_for(session.dashboard, 5)

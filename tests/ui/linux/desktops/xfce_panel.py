@@ -79,41 +79,19 @@ def appears_within_5_s_every_time():
         session.start_panel()
         item = desktop.Item(session, STRIP)
         assert item.box(session.screenshot()) is None, "the empty panel is not flat"
-        for start in range(desktop.starts()):
-            voltaro = session.voltaro()
-            box, _ = item.wait_shown(5)
-            assert box, f"start {start + 1}: no item within 5 s"
-            session.stop(voltaro)
-            assert item.wait_gone(), f"start {start + 1}: the item stayed after Voltaro ended"
+        item.appears_on_every_start()
 
 
 def appears_when_the_panel_starts_later():
     with Xfce() as session:
-        voltaro = session.voltaro()
-        desktop.wait_for(lambda: any(n.startswith("org.kde.StatusNotifierItem-")
-                                     for n in session.bus_names()), 10)
-        session.start_panel()
-        item = desktop.Item(session, STRIP)
-        box, _ = item.wait_shown(5)
-        assert box and box[2] > desktop.SCREEN[0] - 200, f"no item in the late panel: {box}"
-        assert voltaro.poll() is None
-
-
-def shown_item(session):
-    """The item's box and a screenshot once it has settled in the panel."""
-    item = desktop.Item(session, STRIP)
-    box, _ = item.wait_shown(5)
-    assert box, "no item within 5 s"
-    desktop.wait_for(lambda: False, 0.5)
-    shot = session.screenshot()
-    return item.box(shot), shot
+        desktop.appears_in_a_late_panel(session, STRIP, 200)
 
 
 def clicks_open_and_close_the_dashboard_under_the_item_and_quit_ends_voltaro():
     with Xfce() as session:
         session.start_panel()
         voltaro = session.voltaro()
-        box, _ = shown_item(session)
+        box, _ = desktop.Item(session, STRIP).settled()
         centre = ((box[0] + box[2]) // 2, (box[1] + box[3]) // 2)
         session.click(*centre)
         window = desktop.wait_for(session.dashboard, 5)
@@ -142,7 +120,7 @@ def a_second_start_opens_the_first_ones_dashboard():
     with Xfce() as session:
         session.start_panel()
         first = session.voltaro()
-        shown_item(session)
+        desktop.Item(session, STRIP).settled()
         second = session.voltaro()
         assert desktop.wait_for(lambda: second.poll() is not None, 10), "the second one stayed"
         assert second.returncode == 0, f"the second one ended with {second.returncode}"
@@ -160,7 +138,7 @@ def glyph_stands_out_from_a_light_and_a_dark_panel():
         with Xfce(dark) as session:
             session.start_panel()
             session.voltaro()
-            box, shot = shown_item(session)
+            box, shot = desktop.Item(session, STRIP).settled()
             name = "dark" if dark else "light"
             session.save(shot.crop((desktop.SCREEN[0] - 160, 0, desktop.SCREEN[0], PANEL_HEIGHT))
                          .resize((640, 4 * PANEL_HEIGHT), 0), f"xfce-{name}-panel.png")
