@@ -168,10 +168,16 @@ HistoryOpening SqliteHistoryStore::openForReading(const std::filesystem::path& f
         return {Status::missing, nullptr, "voltaro: no history recorded yet in " + file.string()};
     }
     auto database = std::make_unique<SqliteDatabase>(file, SQLITE_OPEN_READONLY);
-    if (database->openResult() != SQLITE_OK) {
+    // SQLite opens any file; a damaged one would otherwise read as an empty history.
+    int result = database->openResult();
+    if (result == SQLITE_OK && database->firstText("PRAGMA quick_check", result) != "ok" &&
+        result == SQLITE_OK) {
+        result = SQLITE_CORRUPT;
+    }
+    if (result != SQLITE_OK) {
         return {Status::unavailable, nullptr,
                 "voltaro: cannot read the history in " + file.string() + " (" +
-                    database->lastError() + ")"};
+                    sqlite3_errstr(result) + ")"};
     }
     return {Status::ready,
             std::make_unique<SqliteHistoryStore>(file, std::move(database), HistoryFileLock()), ""};

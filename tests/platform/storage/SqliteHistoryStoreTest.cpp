@@ -107,6 +107,7 @@ TEST_F(SqliteHistoryStoreTest, DamagedFilesAreSetAsideAndUnreachableOnesLeaveNoS
         const std::filesystem::path spoiled = scratch / "voltaro/history.sqlite";
         std::filesystem::create_directories(spoiled.parent_path());
         c.spoil(spoiled);
+        EXPECT_NE(SqliteHistoryStore::openForReading(spoiled).status, Status::ready) << c.name;
         const HistoryOpening opening = SqliteHistoryStore::openForWriting(spoiled, now);
         EXPECT_EQ(opening.status, c.status) << c.name;
         EXPECT_NE(opening.message.find(c.says), std::string::npos) << c.name << opening.message;
