@@ -44,7 +44,9 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     bool history = false;
     std::string since;
     CLI::Option* historyFlag =
-        app.add_flag("--history", history, "Print the stored power history and exit");
+        app.add_flag("--history", history, "Print the stored power history and exit")
+            ->excludes("--once")
+            ->excludes("--watch");
     app.add_option("--since", since, "With --history: how far back, like 90m, 24h or 7d")
         ->type_name("DURATION")
         ->check(historyDuration())

@@ -64,6 +64,7 @@ TEST(CommandLineTest, HelpVersionAndMistakesOnlyPrint) {
         {{"--history", "--since", "7w"}, 2, "'7w' is not a duration like 90m"},
         {{"--since", "24h"}, 2, "requires --history"},
         {{"--history", "--csv", "--json"}, 2, "excludes"},
+        {{"--once", "--history"}, 2, "excludes"},
     };
     for (const auto& c : cases) {
         const CommandLine commandLine = parse(c.arguments);
