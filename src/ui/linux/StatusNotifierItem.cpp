@@ -1,5 +1,7 @@
 #include "ui/linux/StatusNotifierItem.h"
 
+#include <algorithm>
+
 #include <QCoreApplication>
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnectionInterface>
@@ -16,6 +18,14 @@ namespace {
 
 // Registrations per appearance of a watcher: enough to outlast a dropped one, never endless.
 constexpr int maximumRegistrations = 3;
+
+// Hosts tell items apart by bus name: the process id, and a count for a second item or name.
+QString nextServiceName() {
+    static int names = 0;
+    return QStringLiteral("org.kde.StatusNotifierItem-%1-%2")
+        .arg(QCoreApplication::applicationPid())
+        .arg(++names);
+}
 
 }  // namespace
 
@@ -49,7 +59,10 @@ class StatusNotifierItem::Adaptor : public QDBusAbstractAdaptor {
     QString category() const { return QStringLiteral("Hardware"); }
     QString id() const { return QStringLiteral("voltaro"); }
     QString title() const { return QStringLiteral("Voltaro"); }
-    QString status() const { return QStringLiteral("Active"); }
+    QString status() const {
+        item_->isLookedAt_ = true;  // every host reads it
+        return QStringLiteral("Active");
+    }
     int windowId() const { return 0; }
     QString iconName() const { return item_->iconName_; }
     QString iconThemePath() const { return item_->iconThemePath_; }
@@ -89,11 +102,7 @@ StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, const QDBusOb
                                        QObject* parent)
     : QObject(parent), bus_(bus), menuPath_(menuPath), adaptor_(new Adaptor(this)) {
     registerDBusTypes();
-    // Hosts tell items apart by bus name: the process id, and a count for a second item.
-    static int instances = 0;
-    serviceName_ = QStringLiteral("org.kde.StatusNotifierItem-%1-%2")
-                       .arg(QCoreApplication::applicationPid())
-                       .arg(++instances);
+    serviceName_ = nextServiceName();
 }
 
 void StatusNotifierItem::publish() {
@@ -201,6 +210,7 @@ void StatusNotifierItem::registerWithWatcher() {
         return;
     }
     --registrationsLeft_;
+    isLookedAt_ = false;
     auto call = QDBusMessage::createMethodCall(
         QString::fromLatin1(watcherService), QStringLiteral("/StatusNotifierWatcher"),
         QString::fromLatin1(watcherService), QStringLiteral("RegisterStatusNotifierItem"));
@@ -229,11 +239,19 @@ void StatusNotifierItem::checkRegistration() {
         const QStringList items =
             qdbus_cast<QStringList>(reply.arguments().value(0).value<QDBusVariant>().variant());
         // Listed by bus name or by unique connection name, with or without the object path.
-        for (const QString& item : items) {
-            if (item.startsWith(serviceName_) || item.startsWith(bus_.baseService() + '/') ||
-                item == bus_.baseService()) {
-                return;
-            }
+        const bool listed = std::any_of(items.begin(), items.end(), [this](const QString& item) {
+            return item.startsWith(serviceName_) || item.startsWith(bus_.baseService() + '/') ||
+                   item == bus_.baseService();
+        });
+        if (listed && !isLookedAt_ && registrationsLeft_ > 0) {
+            // Listed, yet no host has read the item since: the watcher accepted it and then
+            // dropped it (GNOME's extension can), keeping it under this name. Come back under a
+            // new one.
+            bus_.unregisterService(serviceName_);
+            serviceName_ = nextServiceName();
+            bus_.registerService(serviceName_);
+        } else if (listed) {
+            return;
         }
         registerWithWatcher();
     });

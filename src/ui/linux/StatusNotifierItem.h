@@ -98,6 +98,8 @@ class StatusNotifierItem : public QObject {
     Adaptor* adaptor_;
     QString serviceName_;
     bool isExported_ = false;
+    // A host has read a property since the last registration.
+    bool isLookedAt_ = false;
     bool isWatcherPresent_ = false;
     QList<Pixmap> iconPixmap_;
     QString toolTipTitle_;
@@ -105,7 +107,7 @@ class StatusNotifierItem : public QObject {
     QString iconName_;
     QString iconThemePath_;
     std::optional<QPoint> lastActivation_;
-    int checkIntervalMs_ = 4000;
+    int checkIntervalMs_ = 2000;
     int registrationsLeft_ = 0;
     bool isPublished_ = false;
     QString label_;

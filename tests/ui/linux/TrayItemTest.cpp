@@ -46,12 +46,19 @@ class FakeStatusNotifierWatcher : public QObject {
     QStringList registrations;
     QStringList listed;
     int drops = 0;
+    // A host reads an item it lists; one that dropped it inside keeps it listed unread.
+    bool reads = true;
 
   public slots:
     Q_SCRIPTABLE void RegisterStatusNotifierItem(const QString& service) {
         registrations.append(service);
         if (drops-- <= 0) {
             listed.append(service + "/StatusNotifierItem");
+        }
+        if (drops < 0 && reads) {
+            auto get = QDBusMessage::createMethodCall(service, "/StatusNotifierItem",
+                                                      "org.freedesktop.DBus.Properties", "Get");
+            bus_.asyncCall(get << QString("org.kde.StatusNotifierItem") << QString("Status"));
         }
     }
 
@@ -351,16 +358,30 @@ TEST_F(TrayItemBusTest, TheGlyphTakesTheDesktopsLightOrDarkPreference) {
 }
 
 TEST_F(TrayItemBusTest, RegistersAgainUntilTheWatcherListsTheItem) {
+    {
+        watcher = std::make_unique<FakeStatusNotifierWatcher>();
+        watcher->drops = 1;
+        StatusNotifierItem item(QDBusConnection::sessionBus(), QDBusObjectPath("/MenuBar"));
+        item.setRegistrationCheckInterval(50);
+        EXPECT_TRUE(watcher->registrations.isEmpty()) << "not on the bus before it is published";
+        item.publish();
+        ASSERT_TRUE(processEventsUntil([&] { return !watcher->listed.isEmpty(); }));
+        EXPECT_EQ(watcher->registrations, QStringList(2, item.serviceName()));
+        QTest::qWait(200);
+        EXPECT_EQ(watcher->registrations.size(), 2) << "listed: no more registrations";
+    }
+    // Listed but never read: the item comes back under a new name.
+    watcher.reset();
     watcher = std::make_unique<FakeStatusNotifierWatcher>();
-    watcher->drops = 1;
-    StatusNotifierItem item(QDBusConnection::sessionBus(), QDBusObjectPath("/MenuBar"));
-    item.setRegistrationCheckInterval(50);
-    EXPECT_TRUE(watcher->registrations.isEmpty()) << "not on the bus before it is published";
-    item.publish();
-    ASSERT_TRUE(processEventsUntil([&] { return !watcher->listed.isEmpty(); }));
-    EXPECT_EQ(watcher->registrations, QStringList(2, item.serviceName()));
-    QTest::qWait(200);
-    EXPECT_EQ(watcher->registrations.size(), 2) << "listed: no more registrations";
+    watcher->reads = false;
+    StatusNotifierItem dropped(QDBusConnection::sessionBus(), QDBusObjectPath("/MenuBar"));
+    dropped.setRegistrationCheckInterval(50);
+    const QString firstName = dropped.serviceName();
+    dropped.publish();
+    EXPECT_TRUE(processEventsUntil([&] {
+        return dropped.serviceName() != firstName &&
+               watcher->registrations.contains(dropped.serviceName());
+    }));
 }
 
 }  // namespace
