@@ -313,9 +313,10 @@ class Item:
         shot = self.desktop.screenshot()
         return self.box(shot), shot
 
-    def appears_on_every_start(self):
+    def appears_on_every_start(self, flat=False):
         """Voltaro started again and again beside the running panel: the item within 5 s each
-        time, and gone once Voltaro ends."""
+        time, and gone once Voltaro ends. A flat panel must show nothing before."""
+        assert not flat or self.box(self.desktop.screenshot()) is None, "the empty panel is not flat"
         for start in range(starts()):
             voltaro = self.desktop.voltaro()
             box, _ = self.wait_shown(5)
