@@ -9,7 +9,9 @@ namespace voltaro::ui::DesktopShell {
 
 std::unique_ptr<StatusItem> makeStatusItem(Observable<BatterySnapshot>& snapshot,
                                            DisplayPreferencesStore& preferences) {
-    return std::make_unique<TrayItem>(snapshot, preferences);
+    return std::make_unique<TrayItem>(
+        snapshot, preferences,
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("voltaro-tray")));
 }
 
 SessionStart claimSession(QObject& owner, std::function<void()> activate) {

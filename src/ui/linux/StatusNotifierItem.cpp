@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include <QCoreApplication>
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -18,14 +17,6 @@ namespace {
 
 // Registrations per appearance of a watcher: enough to outlast a dropped one, never endless.
 constexpr int maximumRegistrations = 3;
-
-// Hosts tell items apart by bus name: the process id, and a count for a second item or name.
-QString nextServiceName() {
-    static int names = 0;
-    return QStringLiteral("org.kde.StatusNotifierItem-%1-%2")
-        .arg(QCoreApplication::applicationPid())
-        .arg(++names);
-}
 
 }  // namespace
 
@@ -59,10 +50,7 @@ class StatusNotifierItem::Adaptor : public QDBusAbstractAdaptor {
     QString category() const { return QStringLiteral("Hardware"); }
     QString id() const { return QStringLiteral("voltaro"); }
     QString title() const { return QStringLiteral("Voltaro"); }
-    QString status() const {
-        item_->isLookedAt_ = true;  // every host reads it
-        return QStringLiteral("Active");
-    }
+    QString status() const { return QStringLiteral("Active"); }
     int windowId() const { return 0; }
     QString iconName() const { return item_->iconName_; }
     QString iconThemePath() const { return item_->iconThemePath_; }
@@ -102,7 +90,6 @@ StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, const QDBusOb
                                        QObject* parent)
     : QObject(parent), bus_(bus), menuPath_(menuPath), adaptor_(new Adaptor(this)) {
     registerDBusTypes();
-    serviceName_ = nextServiceName();
 }
 
 void StatusNotifierItem::publish() {
@@ -110,10 +97,8 @@ void StatusNotifierItem::publish() {
         return;
     }
     isPublished_ = true;
-    // Object first, then the name: whoever sees the name finds every property answering.
-    isExported_ = bus_.registerObject(QString::fromLatin1(objectPath), this,
-                                      QDBusConnection::ExportAdaptors) &&
-                  bus_.registerService(serviceName_);
+    isExported_ =
+        bus_.registerObject(QString::fromLatin1(objectPath), this, QDBusConnection::ExportAdaptors);
 
     // A watcher that starts later, or restarts with the panel, learns of the item again.
     auto* watcher = new QDBusServiceWatcher(QString::fromLatin1(watcherService), bus_,
@@ -140,7 +125,6 @@ void StatusNotifierItem::publish() {
 
 StatusNotifierItem::~StatusNotifierItem() {
     if (isExported_) {
-        bus_.unregisterService(serviceName_);
         bus_.unregisterObject(QString::fromLatin1(objectPath));
     }
 }
@@ -210,11 +194,13 @@ void StatusNotifierItem::registerWithWatcher() {
         return;
     }
     --registrationsLeft_;
-    isLookedAt_ = false;
     auto call = QDBusMessage::createMethodCall(
         QString::fromLatin1(watcherService), QStringLiteral("/StatusNotifierWatcher"),
         QString::fromLatin1(watcherService), QStringLiteral("RegisterStatusNotifierItem"));
-    call << serviceName_;
+    // By path: the watcher takes the caller's unique name, so there is no bus name of ours for
+    // a host to watch. GNOME's extension watches such a name and, when the name's first
+    // "appeared" reaches it after it read the item's properties, clears them and drops the item.
+    call << QString::fromLatin1(objectPath);
     // Never blocks: a watcher that does not answer must not hang the application.
     auto* pending = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* p) {
@@ -238,22 +224,16 @@ void StatusNotifierItem::checkRegistration() {
         }
         const QStringList items =
             qdbus_cast<QStringList>(reply.arguments().value(0).value<QDBusVariant>().variant());
-        // Listed by bus name or by unique connection name, with or without the object path.
-        const bool listed = std::any_of(items.begin(), items.end(), [this](const QString& item) {
-            return item.startsWith(serviceName_) || item.startsWith(bus_.baseService() + '/') ||
-                   item == bus_.baseService();
-        });
-        if (listed && !isLookedAt_ && registrationsLeft_ > 0) {
-            // Listed, yet no host has read the item since: the watcher accepted it and then
-            // dropped it (GNOME's extension can), keeping it under this name. Come back under a
-            // new one.
-            bus_.unregisterService(serviceName_);
-            serviceName_ = nextServiceName();
-            bus_.registerService(serviceName_);
-        } else if (listed) {
-            return;
+        // Watchers list the connection alone or joined to the path by '/' (KDE) or '@' (GNOME).
+        const QString connection = bus_.baseService();
+        const bool listed =
+            std::any_of(items.begin(), items.end(), [&connection](const QString& item) {
+                return item == connection || item.startsWith(connection + '/') ||
+                       item.startsWith(connection + '@');
+            });
+        if (!listed) {
+            registerWithWatcher();
         }
-        registerWithWatcher();
     });
 }
 

@@ -13,8 +13,10 @@
 
 namespace voltaro::ui {
 
-// The tray item as Linux desktops show it: an org.kde.StatusNotifierItem at /StatusNotifierItem
-// under a bus name of its own, announced to the StatusNotifierWatcher whenever one appears.
+// The tray item as Linux desktops show it: an org.kde.StatusNotifierItem at /StatusNotifierItem,
+// announced to the StatusNotifierWatcher whenever one appears. Hosts know it by the unique name
+// of the connection it is given, which should be one of its own: another well-known name on it
+// would be taken for the item's.
 // Beside the icon, the AppIndicator hosts (GNOME, Ubuntu, XFCE, MATE) show the label; KDE shows
 // the tooltip.
 class StatusNotifierItem : public QObject {
@@ -42,7 +44,7 @@ class StatusNotifierItem : public QObject {
                        QObject* parent = nullptr);
     ~StatusNotifierItem() override;
 
-    // Takes the bus name and registers with the watcher; call once the item shows what it
+    // Exports the item and registers it with the watcher; call once the item shows what it
     // should, since a host reads everything the moment it learns of the item.
     void publish();
     // How long after registering the item looks whether the watcher lists it, and registers
@@ -52,10 +54,9 @@ class StatusNotifierItem : public QObject {
     static Pixmap pixmapOf(const QImage& image);
     static void registerDBusTypes();
 
-    // Whether the item is on the bus under its own name, once published.
+    // Whether the item is on the bus, once published.
     bool isExported() const { return isExported_; }
     bool isWatcherPresent() const { return isWatcherPresent_; }
-    QString serviceName() const { return serviceName_; }
 
     // Each tells the hosts only when the value changed.
     // The glyph as pixels, and as a themed icon name with the folder holding it (both empty
@@ -96,10 +97,7 @@ class StatusNotifierItem : public QObject {
     QDBusConnection bus_;
     QDBusObjectPath menuPath_;
     Adaptor* adaptor_;
-    QString serviceName_;
     bool isExported_ = false;
-    // A host has read a property since the last registration.
-    bool isLookedAt_ = false;
     bool isWatcherPresent_ = false;
     QList<Pixmap> iconPixmap_;
     QString toolTipTitle_;

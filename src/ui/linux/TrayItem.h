@@ -35,9 +35,10 @@ class TrayItem final : public StatusItem {
     Q_OBJECT
 
   public:
-    // The snapshot and the store outlive the item.
+    // The snapshot and the store outlive the item; the bus connection should be the item's own
+    // (see StatusNotifierItem).
     TrayItem(Observable<BatterySnapshot>& snapshot, DisplayPreferencesStore& preferences,
-             const QDBusConnection& bus = QDBusConnection::sessionBus(), QObject* parent = nullptr);
+             const QDBusConnection& bus, QObject* parent = nullptr);
     ~TrayItem() override;
 
     // The colour the glyph's pixels take, for panels that show pixels: light on a dark desktop,

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <QCoreApplication>
+#include <QDBusContext>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
@@ -23,7 +24,7 @@ namespace {
 
 // Just enough of a panel's StatusNotifierWatcher: owns the name on a connection of its own,
 // writes down who registers and lists them, less the first `drops` (as a flaky host would).
-class FakeStatusNotifierWatcher : public QObject {
+class FakeStatusNotifierWatcher : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
     Q_PROPERTY(QStringList RegisteredStatusNotifierItems MEMBER listed)
@@ -43,22 +44,18 @@ class FakeStatusNotifierWatcher : public QObject {
         QDBusConnection::disconnectFromBus(connectionName_);
     }
 
+    // The registering connections, and the paths they gave.
     QStringList registrations;
+    QStringList paths;
     QStringList listed;
     int drops = 0;
-    // A host reads an item it lists; one that dropped it inside keeps it listed unread.
-    bool reads = true;
 
   public slots:
-    Q_SCRIPTABLE void RegisterStatusNotifierItem(const QString& service) {
-        registrations.append(service);
+    Q_SCRIPTABLE void RegisterStatusNotifierItem(const QString& path) {
+        registrations.append(message().service());
+        paths.append(path);
         if (drops-- <= 0) {
-            listed.append(service + "/StatusNotifierItem");
-        }
-        if (drops < 0 && reads) {
-            auto get = QDBusMessage::createMethodCall(service, "/StatusNotifierItem",
-                                                      "org.freedesktop.DBus.Properties", "Get");
-            bus_.asyncCall(get << QString("org.kde.StatusNotifierItem") << QString("Status"));
+            listed.append(message().service() + path);
         }
     }
 
@@ -358,30 +355,18 @@ TEST_F(TrayItemBusTest, TheGlyphTakesTheDesktopsLightOrDarkPreference) {
 }
 
 TEST_F(TrayItemBusTest, RegistersAgainUntilTheWatcherListsTheItem) {
-    {
-        watcher = std::make_unique<FakeStatusNotifierWatcher>();
-        watcher->drops = 1;
-        StatusNotifierItem item(QDBusConnection::sessionBus(), QDBusObjectPath("/MenuBar"));
-        item.setRegistrationCheckInterval(50);
-        EXPECT_TRUE(watcher->registrations.isEmpty()) << "not on the bus before it is published";
-        item.publish();
-        ASSERT_TRUE(processEventsUntil([&] { return !watcher->listed.isEmpty(); }));
-        EXPECT_EQ(watcher->registrations, QStringList(2, item.serviceName()));
-        QTest::qWait(200);
-        EXPECT_EQ(watcher->registrations.size(), 2) << "listed: no more registrations";
-    }
-    // Listed but never read: the item comes back under a new name.
-    watcher.reset();
     watcher = std::make_unique<FakeStatusNotifierWatcher>();
-    watcher->reads = false;
-    StatusNotifierItem dropped(QDBusConnection::sessionBus(), QDBusObjectPath("/MenuBar"));
-    dropped.setRegistrationCheckInterval(50);
-    const QString firstName = dropped.serviceName();
-    dropped.publish();
-    EXPECT_TRUE(processEventsUntil([&] {
-        return dropped.serviceName() != firstName &&
-               watcher->registrations.contains(dropped.serviceName());
-    }));
+    watcher->drops = 1;
+    StatusNotifierItem item(QDBusConnection::sessionBus(), QDBusObjectPath("/MenuBar"));
+    item.setRegistrationCheckInterval(50);
+    EXPECT_TRUE(watcher->registrations.isEmpty()) << "not on the bus before it is published";
+    item.publish();
+    ASSERT_TRUE(processEventsUntil([&] { return !watcher->listed.isEmpty(); }));
+    // By path, from the item's connection, which owns no name a host could watch.
+    EXPECT_EQ(watcher->paths, QStringList(2, "/StatusNotifierItem"));
+    EXPECT_EQ(watcher->registrations, QStringList(2, QDBusConnection::sessionBus().baseService()));
+    QTest::qWait(200);
+    EXPECT_EQ(watcher->registrations.size(), 2) << "listed: no more registrations";
 }
 
 }  // namespace

@@ -3,6 +3,7 @@ real panels started on them, Voltaro started beside them, and screenshots read a
 here touches the machine's own display, bus or settings."""
 
 import os
+import re
 import select
 import shutil
 import signal
@@ -245,8 +246,6 @@ class Desktop:
 
     def windows(self):
         """(id, name, width, height, x, y) of the windows on the display, in absolute place."""
-        import re
-
         tree = self.run("xwininfo", "-root", "-tree").stdout
         found = []
         for match in re.finditer(r'(0x[0-9a-f]+) "([^"]*)":.*?(\d+)x(\d+)\+-?\d+\+-?\d+\s+'
@@ -270,8 +269,15 @@ class Desktop:
     def bus_names(self):
         reply = self.run("dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus",
                          "/org/freedesktop/DBus", "org.freedesktop.DBus.ListNames").stdout
-        import re
+        return re.findall(r'string "([^"]+)"', reply)
 
+    def registered_items(self):
+        """The items the panel's StatusNotifierWatcher lists."""
+        reply = self.run("dbus-send", "--session", "--print-reply",
+                         "--dest=org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
+                         "org.freedesktop.DBus.Properties.Get",
+                         "string:org.kde.StatusNotifierWatcher",
+                         "string:RegisteredStatusNotifierItems").stdout
         return re.findall(r'string "([^"]+)"', reply)
 
 
@@ -328,8 +334,7 @@ class Item:
 def appears_in_a_late_panel(session, strip, right_margin):
     """Voltaro first, the panel after: the item joins the panel at its right end."""
     voltaro = session.voltaro()
-    wait_for(lambda: any(name.startswith("org.kde.StatusNotifierItem-")
-                         for name in session.bus_names()), 10)
+    wait_for(lambda: "io.voltaro.Voltaro" in session.bus_names(), 10)
     session.start_panel()
     box, _ = Item(session, strip).wait_shown(5)
     assert box and box[2] > SCREEN[0] - right_margin, f"no item in the late panel: {box}"
