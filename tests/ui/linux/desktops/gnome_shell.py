@@ -66,14 +66,15 @@ def appears_within_5_s_every_time():
 
 
 def appears_when_the_shell_starts_later():
-    with Gnome() as session:
-        voltaro = session.voltaro()
-        desktop.wait_for(lambda: "io.voltaro.Voltaro" in session.bus_names(), 10)
-        session.start_shell()
-        # Without a baseline: the item is the widest group in the bar right of the clock.
-        label, _ = desktop.Item(session, STRIP).wait_shown(5)
-        assert label, "no item in the late shell's top bar within 5 s"
-        assert voltaro.poll() is None
+    for start in range(desktop.starts()):
+        with Gnome() as session:
+            voltaro = session.voltaro()
+            desktop.wait_for(lambda: "io.voltaro.Voltaro" in session.bus_names(), 10)
+            session.start_shell()
+            # Without a baseline: the item is the widest group in the bar right of the clock.
+            label, _ = desktop.Item(session, STRIP).wait_shown(5)
+            assert label, f"start {start + 1}: no item in the late shell's top bar within 5 s"
+            assert voltaro.poll() is None
 
 
 def open_dashboard_and_a_double_click_open_it_under_the_item():
