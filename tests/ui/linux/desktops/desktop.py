@@ -331,14 +331,18 @@ class Item:
             assert self.wait_gone(), f"start {start + 1}: the item stayed after Voltaro ended"
 
 
-def appears_in_a_late_panel(session, strip, right_margin):
-    """Voltaro first, the panel after: the item joins the panel at its right end."""
-    voltaro = session.voltaro()
-    wait_for(lambda: "io.voltaro.Voltaro" in session.bus_names(), 10)
-    session.start_panel()
-    box, _ = Item(session, strip).wait_shown(5)
-    assert box and box[2] > SCREEN[0] - right_margin, f"no item in the late panel: {box}"
-    assert voltaro.poll() is None
+def appears_in_a_late_panel(new_session, strip, right_margin):
+    """Voltaro first, the panel after, on every start: the item joins the panel at its right
+    end."""
+    for start in range(starts()):
+        with new_session() as session:
+            voltaro = session.voltaro()
+            wait_for(lambda: "io.voltaro.Voltaro" in session.bus_names(), 10)
+            session.start_panel()
+            box, _ = Item(session, strip).wait_shown(5)
+            assert box and box[2] > SCREEN[0] - right_margin, \
+                f"start {start + 1}: no item in the late panel: {box}"
+            assert voltaro.poll() is None
 
 
 def main(cases):

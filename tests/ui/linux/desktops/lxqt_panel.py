@@ -76,8 +76,7 @@ def appears_within_5_s_every_time():
 
 
 def appears_when_the_panel_starts_later():
-    with Lxqt() as session:
-        desktop.appears_in_a_late_panel(session, STRIP, 100)
+    desktop.appears_in_a_late_panel(Lxqt, STRIP, 100)
 
 
 def glyph_at_16_px_reaches_its_right_edge_and_tip():

@@ -81,8 +81,7 @@ def appears_within_5_s_every_time():
 
 
 def appears_when_the_panel_starts_later():
-    with Xfce() as session:
-        desktop.appears_in_a_late_panel(session, STRIP, 200)
+    desktop.appears_in_a_late_panel(Xfce, STRIP, 200)
 
 
 def clicks_open_and_close_the_dashboard_under_the_item_and_quit_ends_voltaro():
