@@ -33,6 +33,11 @@ std::optional<double> maybeDouble(FuzzedDataProvider& provider) {
     return provider.ConsumeBool() ? std::optional(anyDouble(provider)) : std::nullopt;
 }
 
+std::optional<std::int64_t> maybeInteger(FuzzedDataProvider& provider) {
+    return provider.ConsumeBool() ? std::optional(provider.ConsumeIntegral<std::int64_t>())
+                                  : std::nullopt;
+}
+
 std::string anyText(FuzzedDataProvider& provider) {
     return provider.ConsumeRandomLengthString(64);
 }
@@ -82,15 +87,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     snapshot.adapterWatts = maybeDouble(provider);
     snapshot.adapterCapacityWatts = maybeDouble(provider);
     snapshot.temperatureCelsius = maybeDouble(provider);
-    if (provider.ConsumeBool()) {
-        snapshot.timeToFullMinutes = provider.ConsumeIntegral<std::int64_t>();
-    }
+    snapshot.timeToFullMinutes = maybeInteger(provider);
     snapshot.isConnectedToPower = provider.ConsumeBool();
     snapshot.isCharging = provider.ConsumeBool();
     BatteryHealth& health = snapshot.health;
-    if (provider.ConsumeBool()) {
-        health.cycleCount = provider.ConsumeIntegral<std::int64_t>();
-    }
+    health.cycleCount = maybeInteger(provider);
     health.capacityPercent = maybeDouble(provider);
     health.fullChargeWattHours = maybeDouble(provider);
     health.designWattHours = maybeDouble(provider);
