@@ -64,16 +64,22 @@ int runDesktopFrontEnd(int& argc, char** argv, const CommandLine& commandLine,
     ui::QtMainExecutor mainExecutor;
     BatteryMonitor::configureShared(platformServices.monitorServices(mainExecutor));
     BatteryMonitor& monitor = BatteryMonitor::shared();
-    // Only the desktop application records: it is the one long-lived instance.
-    HistoryArchive history(userHistoryOpener(), mainExecutor,
-                           [](const std::string& message) { std::cerr << message << '\n'; });
-    HistoryRecorder recorder(monitor, history);
+    // Only the single instance records: a preview beside it must not take the history's lock.
+    std::optional<HistoryArchive> history;
+    std::optional<HistoryRecorder> recorder;
+    if (!commandLine.previewWindow) {
+        history.emplace(userHistoryOpener(), mainExecutor,
+                        [](const std::string& message) { std::cerr << message << '\n'; });
+        recorder.emplace(monitor, *history);
+    }
 
     platform::PosixCommandRunner commandRunner;
     ui::VoltaroApplication voltaro(
         monitor, [] { return platform::makeLoginItemService(); }, platform::systemPowerTitle(),
         [&commandRunner] { ui::DesktopShell::openBatterySettings(commandRunner); });
-    voltaro.setHistory(history);
+    if (history) {
+        voltaro.setHistory(*history);
+    }
     std::optional<RefreshTrace> trace;
     if (commandLine.traceRefreshes) {
         trace.emplace(monitor, mainExecutor, SystemClock::instance(), std::cerr,

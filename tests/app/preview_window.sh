@@ -47,4 +47,6 @@ gap=$((${secondMs:-0} - ${firstMs:-0}))
 last=${refreshes[1]:-}
 [[ $last == *"level 57, Charging"* && ${last#*; screen: } == *"Battery — 57%"* ]] ||
     fail "shown: $last"
+# A developer's preview leaves the history, and the lock on it, to the single instance.
+[ ! -e "$work/state/voltaro" ] || fail "the preview opened the history: $(ls "$work/state/voltaro")"
 exit $failed
