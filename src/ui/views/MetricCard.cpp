@@ -77,8 +77,6 @@ void MetricCard::addSwitch() {
     busy_->setObjectName("busy");
     switch_ = new ToggleSwitch(this);
     switch_->setObjectName("switch");
-    // The switch keeps showing the published state; the monitor answers with the new one.
-    switch_->setFollowsClicks(false);
     connect(switch_, &ToggleSwitch::toggleRequested, this, &MetricCard::toggleRequested);
     layout_->addWidget(busy_, 0, Qt::AlignVCenter);
     layout_->addWidget(switch_, 0, Qt::AlignVCenter);

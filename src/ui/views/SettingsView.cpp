@@ -74,8 +74,6 @@ QLabel* rowTitle(QWidget* parent) {
 ToggleSwitch* modelSwitch(const char* name, QWidget* parent) {
     auto* control = new ToggleSwitch(parent);
     control->setObjectName(QLatin1String(name));
-    // The stored value, not the click, decides what the switch shows.
-    control->setFollowsClicks(false);
     return control;
 }
 

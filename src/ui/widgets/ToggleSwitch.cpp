@@ -39,21 +39,13 @@ ToggleSwitch::ToggleSwitch(QWidget* parent) : QAbstractButton(parent) {
     connect(this, &QAbstractButton::toggled, this, &ToggleSwitch::moveKnob);
 }
 
-void ToggleSwitch::setFollowsClicks(bool follows) {
-    followsClicks_ = follows;
-}
-
 QSize ToggleSwitch::sizeHint() const {
     return QSizeF(trackSize.width() + 2 * focusRingWidth, trackSize.height() + 2 * focusRingWidth)
         .toSize();
 }
 
 void ToggleSwitch::nextCheckState() {
-    const bool wanted = !isChecked();
-    emit toggleRequested(wanted);
-    if (followsClicks_) {
-        setChecked(wanted);
-    }
+    emit toggleRequested(!isChecked());
 }
 
 bool ToggleSwitch::hitButton(const QPoint& position) const {

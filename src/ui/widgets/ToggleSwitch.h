@@ -6,8 +6,7 @@
 namespace voltaro::ui {
 
 // An on/off switch: a pill whose knob slides to the right when on, filled with the accent colour.
-// By default a click flips it, like a check box. A switch that only mirrors a model's state sets
-// followsClicks to false: a click then only asks for the other state through toggleRequested,
+// It mirrors its owner's state: a click only asks for the other state through toggleRequested,
 // and the switch moves once the owner calls setChecked.
 class ToggleSwitch : public QAbstractButton {
     Q_OBJECT
@@ -15,14 +14,11 @@ class ToggleSwitch : public QAbstractButton {
   public:
     explicit ToggleSwitch(QWidget* parent = nullptr);
 
-    void setFollowsClicks(bool follows);
-    bool followsClicks() const { return followsClicks_; }
-
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
   signals:
-    // The state the user asked for by clicking, before (or instead of) the switch changing.
+    // The state the user asked for by clicking; the switch itself stays as it is.
     void toggleRequested(bool checked);
 
   protected:
@@ -35,7 +31,6 @@ class ToggleSwitch : public QAbstractButton {
   private:
     void moveKnob(bool checked);
 
-    bool followsClicks_ = true;
     bool hovered_ = false;
     // 0 is off, 1 is on; in between while sliding.
     qreal knobPosition_ = 0;
