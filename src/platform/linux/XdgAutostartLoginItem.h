@@ -24,8 +24,6 @@ class XdgAutostartLoginItem final : public LoginItemService {
     std::optional<std::string> registerItem() override;
     std::optional<std::string> unregisterItem() override;
 
-    const std::optional<std::filesystem::path>& entryPath() const { return entryPath_; }
-
   private:
     std::optional<std::filesystem::path> entryPath_;
     std::string executable_;

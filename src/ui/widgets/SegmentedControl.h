@@ -15,7 +15,6 @@ class SegmentedControl : public QWidget {
     explicit SegmentedControl(QStringList segments, QWidget* parent = nullptr);
 
     int count() const { return static_cast<int>(segments_.size()); }
-    QString segmentText(int index) const { return segments_.value(index); }
     // -1 when no segment is selected.
     int selectedIndex() const { return selected_; }
     void setSelectedIndex(int index);
