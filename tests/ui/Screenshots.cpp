@@ -1,5 +1,5 @@
 // Pictures for people to look at, written only on request:
-//   VOLTARO_SCREENSHOT_DIR=docs/screenshots  the dashboard and the tray label,
+//   VOLTARO_SCREENSHOT_DIR=docs/screenshots  the dashboard,
 //   --gtest_also_run_disabled_tests           the settings window into docs/screenshots.
 #include <gtest/gtest.h>
 #include <QCoreApplication>
@@ -13,8 +13,6 @@
 #include "support/FakeLoginItemService.h"
 #include "ui/DashboardHarness.h"
 #include "ui/TemporaryPreferences.h"
-#include "ui/images/MenuBarBatteryImage.h"
-#include "ui/views/MenuBarLabel.h"
 #include "ui/views/SettingsView.h"
 
 namespace voltaro::ui {
@@ -132,55 +130,6 @@ TEST(Screenshots, DashboardHealth) {
         harness.runApplications({{"Firefox", 4.8}, {"Slack", 1.4}});
         renderDashboard(harness, dark ? "health-dark" : "health-light", true);
     }
-}
-
-// A label at 2x on a dark panel strip; with a clock beside it, as a top panel shows it.
-void saveTrayLabel(const BatterySnapshot& snapshot, const MenuBarLabelChoices& choices,
-                   const QString& path, bool withClock = false) {
-    constexpr qreal scale = 2;
-    const QColor text(238, 238, 240);
-    const QImage label = MenuBarLabel::render(snapshot, choices, text, scale);
-    const QSizeF labelSize = label.deviceIndependentSize();
-    const QSizeF size = withClock ? QSizeF(520, 30) : labelSize + QSizeF(16, 10);
-    QImage panel((size * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
-    panel.setDevicePixelRatio(scale);
-    panel.fill(withClock ? QColor(28, 28, 31) : QColor(40, 40, 44));
-    QPainter painter(&panel);
-    QPointF at(8, 5);
-    if (withClock) {
-        painter.setRenderHint(QPainter::TextAntialiasing);
-        painter.setPen(text);
-        const QString clock = QStringLiteral("Mon 23 Nov 14:32");
-        const qreal clockWidth = painter.fontMetrics().horizontalAdvance(clock);
-        const QRectF clockArea(size.width() - 14 - clockWidth, 0, clockWidth, size.height());
-        painter.drawText(clockArea, Qt::AlignVCenter | Qt::AlignLeft, clock);
-        at = {clockArea.left() - 16 - labelSize.width(), (size.height() - labelSize.height()) / 2};
-    }
-    painter.drawImage(at, label);
-    painter.end();
-    EXPECT_TRUE(panel.save(path)) << path.toStdString();
-}
-
-TEST(Screenshots, TrayLabel) {
-    const QString folder = screenshotFolder();
-    if (folder.isEmpty()) {
-        GTEST_SKIP() << "set VOLTARO_SCREENSHOT_DIR to write the tray label screenshots";
-    }
-    BatterySnapshot onBattery;
-    onBattery.level = 57;
-    onBattery.systemWatts = 12.5;
-    onBattery.batteryPowerWatts = -11.8;
-    saveTrayLabel(onBattery, {}, folder + "/tray-label-57-13w.png");
-    saveTrayLabel(onBattery, {false, false, true}, folder + "/tray-label-glyph-only.png");
-    saveTrayLabel(onBattery, {}, folder + "/tray-panel.png", true);
-
-    BatterySnapshot weakAdapter;
-    weakAdapter.level = 42;
-    weakAdapter.systemWatts = 38.4;
-    weakAdapter.batteryPowerWatts = -8.2;
-    weakAdapter.adapterWatts = 30;
-    weakAdapter.isConnectedToPower = true;
-    saveTrayLabel(weakAdapter, {}, folder + "/tray-label-highlighted.png");
 }
 
 void saveSettings(const QPalette& palette, const QString& name) {
