@@ -264,26 +264,21 @@ std::optional<PropertyDictionary> smartBatteryProperties(const SysfsPowerSupplie
     }
     const bool single = batteries.size() == 1;
     PropertyDictionary properties;
+    const auto setIfKnown = [&properties](const char* key, const auto& value) {
+        if (value) {
+            properties.set(key, *value);
+        }
+    };
 
-    if (const auto level = combinedPercent(batteries)) {
-        properties.set("CurrentCapacity", *level);
-    }
+    setIfKnown("CurrentCapacity", combinedPercent(batteries));
     const std::optional<bool> charging = anyCharging(batteries);
-    if (charging) {
-        properties.set("IsCharging", *charging);
-    }
+    setIfKnown("IsCharging", charging);
     properties.set("ExternalConnected", anyAdapterOnline(supplies.adapters));
 
     const Flow flow = single ? singleBatteryFlow(batteries.front()) : combinedFlow(batteries);
-    if (flow.voltageMillivolts) {
-        properties.set("Voltage", *flow.voltageMillivolts);
-    }
-    if (flow.amperageMilliamps) {
-        properties.set("InstantAmperage", *flow.amperageMilliamps);
-    }
-    if (const auto temperature = hottestDecikelvin(batteries)) {
-        properties.set("Temperature", *temperature);
-    }
+    setIfKnown("Voltage", flow.voltageMillivolts);
+    setIfKnown("InstantAmperage", flow.amperageMilliamps);
+    setIfKnown("Temperature", hottestDecikelvin(batteries));
 
     // Per-battery estimates do not add up (ThinkPads charge one battery after the other), so
     // several batteries only get the estimate from their totals.
@@ -296,12 +291,8 @@ std::optional<PropertyDictionary> smartBatteryProperties(const SysfsPowerSupplie
     if (!averageMinutes && !instantMinutes && charging == true) {
         instantMinutes = estimatedMinutesToFull(batteries);
     }
-    if (averageMinutes) {
-        properties.set("AvgTimeToFull", *averageMinutes);
-    }
-    if (instantMinutes) {
-        properties.set("InstantTimeToFull", *instantMinutes);
-    }
+    setIfKnown("AvgTimeToFull", averageMinutes);
+    setIfKnown("InstantTimeToFull", instantMinutes);
 
     if (flow.batteryPowerMilliwatts) {
         properties.set("PowerTelemetryData",
