@@ -6,11 +6,6 @@
 namespace voltaro {
 namespace {
 
-template <typename T>
-nlohmann::ordered_json orNull(const std::optional<T>& value) {
-    return value ? nlohmann::ordered_json(*value) : nlohmann::ordered_json(nullptr);
-}
-
 nlohmann::ordered_json rowJson(const DashboardRow& row) {
     static constexpr const char* switchNames[] = {"off", "on", "unknown", "changing"};
     nlohmann::ordered_json json = {{"title", row.title},
@@ -77,11 +72,6 @@ std::string iso8601(WallTime time) {
 
 nlohmann::ordered_json dashboardJson(const DashboardState& state, const DashboardModel& model) {
     const BatterySnapshot& s = state.snapshot;
-    nlohmann::ordered_json applications = nlohmann::ordered_json::array();
-    for (const AppEnergy& application : state.applications) {
-        applications.push_back(
-            {{"id", application.id}, {"name", application.name}, {"watts", application.watts}});
-    }
     return {{"snapshot",
              {{"level", s.level},
               {"systemWatts", orNull(s.systemWatts)},
@@ -96,7 +86,7 @@ nlohmann::ordered_json dashboardJson(const DashboardState& state, const Dashboar
               {"stateLabel", model.header.stateLine},
               {"health", healthJson(s.health)}}},
             {"lowPowerMode", orNull(state.lowPowerMode)},
-            {"applications", applications},
+            {"applications", applicationsJson(state.applications)},
             {"collectedSeconds", state.collectedSeconds},
             {"dashboard", modelJson(model)}};
 }

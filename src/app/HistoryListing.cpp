@@ -13,10 +13,6 @@
 namespace voltaro {
 namespace {
 
-nlohmann::ordered_json orNull(const std::optional<double>& value) {
-    return value ? nlohmann::ordered_json(*value) : nlohmann::ordered_json(nullptr);
-}
-
 std::string fixed(double value, int digits) {
     std::ostringstream text;
     text << std::fixed << std::setprecision(digits) << value;
@@ -33,11 +29,6 @@ std::string localTime(WallTime time) {
 }
 
 std::string jsonLine(const HistoryRecord& record) {
-    nlohmann::ordered_json applications = nlohmann::ordered_json::array();
-    for (const HistoryApplication& application : record.applications) {
-        applications.push_back(
-            {{"id", application.id}, {"name", application.name}, {"watts", application.watts}});
-    }
     const nlohmann::ordered_json json = {
         {"time", iso8601(record.time)},
         {"chargePercent", record.chargePercent},
@@ -46,7 +37,7 @@ std::string jsonLine(const HistoryRecord& record) {
         {"isConnectedToPower", record.isConnectedToPower},
         {"isCharging", record.isCharging},
         {"isLowPowerModeEnabled", record.isLowPowerModeEnabled},
-        {"applications", applications},
+        {"applications", applicationsJson(record.applications)},
     };
     return json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
