@@ -133,6 +133,8 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::string
             }
         } else if (key == "Hidden") {
             entry.isHidden = value == "true";
+        } else if (key == "X-GNOME-Autostart-enabled") {
+            entry.isAutostartDisabled = value == "false";
         }
     }
     if (!hasGroup) {

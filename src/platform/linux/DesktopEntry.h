@@ -9,9 +9,10 @@ namespace voltaro::platform {
 
 // What Voltaro shows of a desktop entry (a .desktop file's [Desktop Entry] group).
 struct DesktopEntry {
-    std::optional<std::string> name;  // in the best matching language
-    std::optional<std::string> icon;  // a theme icon name or an absolute file path
-    bool isHidden = false;            // Hidden=true: the entry counts as deleted
+    std::optional<std::string> name;   // in the best matching language
+    std::optional<std::string> icon;   // a theme icon name or an absolute file path
+    bool isHidden = false;             // Hidden=true: the entry counts as deleted
+    bool isAutostartDisabled = false;  // X-GNOME-Autostart-enabled=false
     friend bool operator==(const DesktopEntry&, const DesktopEntry&) = default;
 };
 

@@ -8,8 +8,11 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
+#include <sstream>
 #include <system_error>
 #include <vector>
+
+#include "platform/linux/DesktopEntry.h"
 
 namespace voltaro::platform {
 namespace {
@@ -18,35 +21,6 @@ constexpr const char* homeUnknown = "Could not find the home folder";
 
 std::string describe(int error) {
     return std::error_code(error, std::generic_category()).message();
-}
-
-std::string trimmed(std::string_view text) {
-    const auto begin = text.find_first_not_of(" \t\r");
-    if (begin == std::string_view::npos) {
-        return {};
-    }
-    return std::string(text.substr(begin, text.find_last_not_of(" \t\r") - begin + 1));
-}
-
-// The key's value in the [Desktop Entry] group, if present.
-std::optional<std::string> entryValue(const std::vector<std::string>& lines, std::string_view key) {
-    bool inMainGroup = false;
-    for (const std::string& raw : lines) {
-        const std::string line = trimmed(raw);
-        if (line.empty() || line.front() == '#') {
-            continue;
-        }
-        if (line.front() == '[') {
-            inMainGroup = line == "[Desktop Entry]";
-            continue;
-        }
-        const auto equals = line.find('=');
-        if (inMainGroup && equals != std::string::npos &&
-            trimmed(std::string_view(line).substr(0, equals)) == key) {
-            return trimmed(std::string_view(line).substr(equals + 1));
-        }
-    }
-    return std::nullopt;
 }
 
 // One argument of the Exec key: quoted when it holds a reserved character, then escaped as a
@@ -180,18 +154,14 @@ LoginItemStatus XdgAutostartLoginItem::status() {
         return LoginItemStatus::notRegistered;
     }
     std::ifstream file(*entryPath_);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(file, line);) {
-        lines.push_back(std::move(line));
-    }
-    if (file.bad() || lines.empty()) {
+    std::ostringstream text;
+    text << file.rdbuf();
+    if (file.bad() || text.str().empty()) {
         return LoginItemStatus::notRegistered;
     }
-    if (entryValue(lines, "Hidden") == "true" ||
-        entryValue(lines, "X-GNOME-Autostart-enabled") == "false") {
-        return LoginItemStatus::notRegistered;
-    }
-    return LoginItemStatus::enabled;
+    const std::optional<DesktopEntry> entry = parseDesktopEntry(text.str(), "C");
+    const bool disabled = entry && (entry->isHidden || entry->isAutostartDisabled);
+    return disabled ? LoginItemStatus::notRegistered : LoginItemStatus::enabled;
 }
 
 std::optional<std::string> XdgAutostartLoginItem::registerItem() {
