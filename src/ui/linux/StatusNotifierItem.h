@@ -65,15 +65,8 @@ class StatusNotifierItem : public QObject {
     void setToolTip(const QString& title, const QString& description);
     void setLabel(const QString& label, const QString& guide);
 
-    QList<Pixmap> iconPixmap() const { return iconPixmap_; }
-    QString toolTipTitle() const { return toolTipTitle_; }
-    QString toolTipDescription() const { return toolTipDescription_; }
-    QString iconName() const { return iconName_; }
     // Where the host last said the item was clicked, if it ever did.
     std::optional<QPoint> lastActivation() const { return lastActivation_; }
-    QDBusObjectPath menuPath() const { return menuPath_; }
-    QString label() const { return label_; }
-    QString labelGuide() const { return labelGuide_; }
 
   signals:
     // Clicked; without a point when the host could not tell where.
