@@ -1,6 +1,5 @@
-// Pictures for people to look at, written only on request:
-//   VOLTARO_SCREENSHOT_DIR=docs/screenshots  the dashboard,
-//   --gtest_also_run_disabled_tests           the settings window into docs/screenshots.
+// The README's pictures of the dashboard, written only when VOLTARO_SCREENSHOT_DIR names a folder
+// (docs/screenshots).
 #include <gtest/gtest.h>
 #include <QCoreApplication>
 #include <QDir>
@@ -10,10 +9,7 @@
 #include <QScrollBar>
 #include <QTemporaryDir>
 
-#include "support/FakeLoginItemService.h"
 #include "ui/DashboardHarness.h"
-#include "ui/TemporaryPreferences.h"
-#include "ui/views/SettingsView.h"
 
 namespace voltaro::ui {
 namespace {
@@ -80,41 +76,18 @@ TEST(Screenshots, Dashboard) {
         {"gnome-terminal-server", 0.62, std::nullopt},
         {"Rhythmbox", 0.004, drawnIcon(icons, "music", QColor(0xd0, 0x2a, 0x4a))},
     };
-    {
-        testing::DashboardHarness charging;
-        charging.setBattery({.level = 80,
-                             .connected = true,
-                             .systemMilliwatts = 11400,
-                             .batteryMilliwatts = 18600,
-                             .inputMilliwatts = 30000,
-                             .ratedWatts = 65,
-                             .timeToFullMinutes = 95,
-                             .decikelvin = 3062});
-        charging.view();
-        charging.runApplications(applications);
-        renderDashboard(charging, "charging");
-    }
-    {
-        testing::DashboardHarness onBattery;
-        onBattery.setBattery({.level = 64, .systemMilliwatts = 8400, .decikelvin = 3021});
-        renderDashboard(onBattery, "on-battery");
-    }
-    testing::DashboardHarness dark;
-    dark.setBattery({.level = 42,
-                     .connected = true,
-                     .systemMilliwatts = 33200,
-                     .batteryMilliwatts = -3200,
-                     .inputMilliwatts = 30000,
-                     .ratedWatts = 29.5,
-                     .decikelvin = 3101});
-    dark.view().setPalette(darkPalette());
-    dark.runApplications(applications);
-    dark.lowPowerMode.setOutcome(LowPowerModeError::cancelled());
-    dark.monitor.setLowPowerMode(true);
-    dark.finishLowPowerChange();
-    const QImage image = renderDashboard(dark, "dark");
-    // The background follows the palette; nothing paints the light default over it.
-    EXPECT_LT(image.pixelColor(2, image.height() / 2).lightnessF(), 0.3);
+    testing::DashboardHarness charging;
+    charging.setBattery({.level = 80,
+                         .connected = true,
+                         .systemMilliwatts = 11400,
+                         .batteryMilliwatts = 18600,
+                         .inputMilliwatts = 30000,
+                         .ratedWatts = 65,
+                         .timeToFullMinutes = 95,
+                         .decikelvin = 3062});
+    charging.view();
+    charging.runApplications(applications);
+    renderDashboard(charging, "charging");
 }
 
 // The health section, at the end of the list, in both themes.
@@ -128,34 +101,10 @@ TEST(Screenshots, DashboardHealth) {
             {.level = 70, .systemMilliwatts = 8300, .decikelvin = 3041, .more = health});
         harness.view().setPalette(dark ? darkPalette() : harness.view().palette());
         harness.runApplications({{"Firefox", 4.8}, {"Slack", 1.4}});
-        renderDashboard(harness, dark ? "health-dark" : "health-light", true);
+        const QImage image = renderDashboard(harness, dark ? "health-dark" : "health-light", true);
+        // The background follows the palette; nothing paints the light default over it.
+        EXPECT_EQ(image.pixelColor(2, image.height() / 2).lightnessF() < 0.3, dark);
     }
-}
-
-void saveSettings(const QPalette& palette, const QString& name) {
-    testing::TemporaryPreferences preferences("[General]\nshowsPowerUsageInMenuBar=false\n");
-    auto service = std::make_unique<voltaro::testing::FakeLoginItemService>();
-    service->currentStatus = LoginItemStatus::requiresApproval;
-    SettingsView view(std::move(service), {"0.1.0", "27"});
-    view.setPalette(palette);
-    view.setAutoFillBackground(true);
-    view.adjustSize();
-    view.show();
-    constexpr qreal scale = 2;
-    QPixmap image(view.size() * scale);
-    image.setDevicePixelRatio(scale);
-    image.fill(Qt::transparent);
-    view.render(&image);
-    const QDir folder(QStringLiteral(VOLTARO_TEST_DATA "/../../docs/screenshots"));
-    ASSERT_TRUE(QDir().mkpath(folder.path()));
-    ASSERT_TRUE(image.save(folder.filePath(name)));
-}
-
-TEST(Screenshots, DISABLED_Settings) {
-    QPalette light(QColor(0xfc, 0xfc, 0xfc), QColor(0xec, 0xec, 0xec));
-    light.setColor(QPalette::Highlight, QColor(0x00, 0x7a, 0xff));
-    saveSettings(light, "settings-light.png");
-    saveSettings(darkPalette(), "settings-dark.png");
 }
 
 }  // namespace
