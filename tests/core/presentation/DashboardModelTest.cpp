@@ -6,18 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "support/BatterySnapshots.h"
+
 namespace voltaro {
 namespace {
 
-BatterySnapshot battery(std::int64_t level, bool connected, bool charging,
-                        std::optional<double> flowWatts = std::nullopt) {
-    BatterySnapshot snapshot;
-    snapshot.level = level;
-    snapshot.isConnectedToPower = connected;
-    snapshot.isCharging = charging;
-    snapshot.batteryPowerWatts = flowWatts;
-    return snapshot;
-}
+using testing::battery;
 
 BatterySnapshot with(BatterySnapshot snapshot, void (*change)(BatterySnapshot&)) {
     change(snapshot);

@@ -2,15 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include "support/BatterySnapshots.h"
+
 namespace voltaro {
 namespace {
 
-BatterySnapshot batteryAt(std::int64_t level, std::optional<double> systemWatts) {
-    BatterySnapshot snapshot;
-    snapshot.level = level;
-    snapshot.systemWatts = systemWatts;
-    return snapshot;
-}
+using testing::battery;
+using testing::batteryAt;
 
 TEST(MenuBarLabelTextsTest, StatusAndReservedTextsFollowTheChoices) {
     const struct {
@@ -49,9 +47,7 @@ TEST(MenuBarLabelTextsTest, HighlightsOnlyADrainWhileConnected) {
         {true, -0.11, true, true},
     };
     for (const auto& c : cases) {
-        BatterySnapshot snapshot = batteryAt(50, 10);
-        snapshot.isConnectedToPower = c.connected;
-        snapshot.batteryPowerWatts = c.batteryWatts;
+        const BatterySnapshot snapshot = battery(50, c.connected, false, c.batteryWatts, 10);
         EXPECT_EQ(isHighlighted(snapshot, {true, true, c.preference}), c.highlighted)
             << c.connected << " " << c.batteryWatts.value_or(0) << " " << c.preference;
     }
@@ -59,10 +55,7 @@ TEST(MenuBarLabelTextsTest, HighlightsOnlyADrainWhileConnected) {
 
 TEST(MenuBarLabelTextsTest, AccessibilityTextNamesLevelAndState) {
     EXPECT_EQ(accessibilityText(batteryAt(0, std::nullopt)), "Battery 0 percent, On battery");
-    BatterySnapshot charging = batteryAt(57, 20);
-    charging.isConnectedToPower = true;
-    charging.isCharging = true;
-    EXPECT_EQ(accessibilityText(charging), "Battery 57 percent, Charging");
+    EXPECT_EQ(accessibilityText(battery(57, true, true)), "Battery 57 percent, Charging");
 }
 
 TEST(MenuBarLabelTextsTest, ToolTipGivesChargePowerAndTimeToFull) {

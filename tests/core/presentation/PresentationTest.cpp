@@ -9,18 +9,12 @@
 #include "core/presentation/SettingsTexts.h"
 #include "core/presentation/TemperatureUnitPreference.h"
 #include "core/text/Localization.h"
+#include "support/BatterySnapshots.h"
 
 namespace voltaro {
 namespace {
 
-BatterySnapshot snapshotWith(bool connected, bool charging, std::optional<double> batteryWatts) {
-    BatterySnapshot snapshot;
-    snapshot.level = 50;
-    snapshot.isConnectedToPower = connected;
-    snapshot.isCharging = charging;
-    snapshot.batteryPowerWatts = batteryWatts;
-    return snapshot;
-}
+using testing::battery;
 
 TEST(BatteryGlyphTest, ChoosesTheBodyByLevelBand) {
     const std::pair<std::int64_t, std::string_view> cases[] = {
@@ -39,15 +33,15 @@ TEST(BatteryGlyphTest, ChoosesTheAccessoryByPowerState) {
         BatterySnapshot snapshot;
         GlyphAccessory expected;
     } cases[] = {
-        {"on battery", snapshotWith(false, false, -12), GlyphAccessory::none},
-        {"charging without a connection", snapshotWith(false, true, std::nullopt),
+        {"on battery", battery(50, false, false, -12), GlyphAccessory::none},
+        {"charging without a connection", battery(50, false, true, std::nullopt),
          GlyphAccessory::bolt},
-        {"charging", snapshotWith(true, true, 20), GlyphAccessory::bolt},
-        {"connected, charge still flowing in", snapshotWith(true, false, 0.01),
+        {"charging", battery(50, true, true, 20), GlyphAccessory::bolt},
+        {"connected, charge still flowing in", battery(50, true, false, 0.01),
          GlyphAccessory::bolt},
-        {"connected and idle", snapshotWith(true, false, 0), GlyphAccessory::plug},
-        {"connected, flow unknown", snapshotWith(true, false, std::nullopt), GlyphAccessory::plug},
-        {"connected but drained", snapshotWith(true, false, -3.2), GlyphAccessory::plug},
+        {"connected and idle", battery(50, true, false, 0), GlyphAccessory::plug},
+        {"connected, flow unknown", battery(50, true, false, std::nullopt), GlyphAccessory::plug},
+        {"connected but drained", battery(50, true, false, -3.2), GlyphAccessory::plug},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(glyphAccessory(c.snapshot), c.expected) << c.description;

@@ -3,18 +3,13 @@
 #include <gtest/gtest.h>
 #include <QAccessible>
 
+#include "support/BatterySnapshots.h"
 #include "ui/images/MenuBarBatteryImage.h"
 
 namespace voltaro::ui {
 namespace {
 
-BatterySnapshot chargingAt(std::int64_t level) {
-    BatterySnapshot snapshot;
-    snapshot.level = level;
-    snapshot.isConnectedToPower = true;
-    snapshot.isCharging = true;
-    return snapshot;
-}
+using voltaro::testing::battery;
 
 // The widget as painted, with the glyph's rectangle cut out.
 QImage painted(BatteryStatusIcon& icon, const QSize& size, const QRect& glyphPixels) {
@@ -52,10 +47,10 @@ TEST(BatteryStatusIconTest, PaintsTheGlyphInTheTextColourCentredAndAtItsShownSiz
     };
     EXPECT_EQ(BatteryStatusIcon(32).sizeHint(), QSize(32, 21));  // 20.36 high: the height follows
     for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << "width " << c.width);
+        SCOPED_TRACE(::testing::Message() << "width " << c.width);
         BatteryStatusIcon icon(c.width);
         EXPECT_EQ(icon.sizeHint(), c.glyphPixels.size());
-        icon.setSnapshot(chargingAt(64));
+        icon.setSnapshot(battery(64, true, true));
         QPalette palette = icon.palette();
         palette.setColor(QPalette::WindowText, QColor(200, 30, 40));
         icon.setPalette(palette);

@@ -7,24 +7,17 @@
 #include <set>
 #include <string>
 
+#include "support/BatterySnapshots.h"
 #include "ui/images/SymbolImage.h"
 
 namespace voltaro::ui {
 namespace {
 
-BatterySnapshot state(std::int64_t level, bool connected, bool charging,
-                      std::optional<double> batteryPowerWatts = std::nullopt) {
-    BatterySnapshot snapshot;
-    snapshot.level = level;
-    snapshot.isConnectedToPower = connected;
-    snapshot.isCharging = charging;
-    snapshot.batteryPowerWatts = batteryPowerWatts;
-    return snapshot;
-}
+using voltaro::testing::battery;
 
-const BatterySnapshot onBattery = state(100, false, false);
-const BatterySnapshot charging = state(100, true, true);
-const BatterySnapshot pluggedIn = state(100, true, false);
+const BatterySnapshot onBattery = battery(100, false, false);
+const BatterySnapshot charging = battery(100, true, true);
+const BatterySnapshot pluggedIn = battery(100, true, false);
 
 // The real artwork, less the named symbols.
 MenuBarBatteryImage::SymbolLookup artworkWithout(std::set<std::string> missing) {
@@ -88,8 +81,8 @@ TEST(MenuBarBatteryImageTest, FillsTheBodyInQuarterBandsOfTheLevel) {
                           {62, 2}, {63, 3}, {87, 3}, {88, 4}, {100, 4}};
     for (const qreal scale : {1.0, 2.0}) {
         for (const Case& c : cases) {
-            const QImage image = MenuBarBatteryImage::make(state(c.level, false, false), scale);
-            SCOPED_TRACE(testing::Message() << "level " << c.level << " at " << scale << "x");
+            const QImage image = MenuBarBatteryImage::make(battery(c.level, false, false), scale);
+            SCOPED_TRACE(::testing::Message() << "level " << c.level << " at " << scale << "x");
             EXPECT_TRUE(isOpaqueAt(image, {0.5, 7})) << "outline";
             EXPECT_TRUE(isClearAt(image, {2.25, 7})) << "gap inside the outline";
             const QPointF samples[] = {quarterFill, halfFill, threeQuarterFill, fullFill};
@@ -123,9 +116,9 @@ Accessory accessoryIn(const QImage& image) {
 // Which accessory a state gets is BatteryGlyphTest's; here, that each is drawn where it belongs.
 TEST(MenuBarBatteryImageTest, DrawsTheBoltWhileChargingAndThePlugOnPowerOtherwise) {
     const std::pair<BatterySnapshot, Accessory> cases[] = {
-        {state(0, false, false), Accessory::none},
-        {state(0, true, true), Accessory::bolt},
-        {state(0, true, false), Accessory::plug}};
+        {battery(0, false, false), Accessory::none},
+        {battery(0, true, true), Accessory::bolt},
+        {battery(0, true, false), Accessory::plug}};
     for (const qreal scale : {2.0, 4.0}) {
         for (const auto& [snapshot, expected] : cases) {
             EXPECT_EQ(accessoryIn(MenuBarBatteryImage::make(snapshot, scale)), expected) << scale;
@@ -182,13 +175,16 @@ TEST(MenuBarBatteryImageTest, FallsBackWhenAnAccessoryHasNoArtwork) {
     };
     const Case cases[] = {
         {"no bolt on power: plug", charging, {"bolt.fill"}, pluggedIn},
-        {"no bolt, charge flowing in: plug", state(100, true, false, 3), {"bolt.fill"}, pluggedIn},
-        {"no bolt off power: nothing", state(100, false, true), {"bolt.fill"}, onBattery},
+        {"no bolt, charge flowing in: plug",
+         battery(100, true, false, 3),
+         {"bolt.fill"},
+         pluggedIn},
+        {"no bolt off power: nothing", battery(100, false, true), {"bolt.fill"}, onBattery},
         {"no plug: nothing", pluggedIn, {"powerplug.fill"}, onBattery},
         {"no plug, charging: bolt", charging, {"powerplug.fill"}, charging},
         {"neither: nothing", charging, {"bolt.fill", "powerplug.fill"}, onBattery},
         {"no bodies: blank",
-         state(5, true, true),
+         battery(5, true, true),
          {"battery.0percent", "battery.25percent", "battery.50percent", "battery.75percent",
           "battery.100percent"},
          std::nullopt},

@@ -4,18 +4,13 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
+#include "support/BatterySnapshots.h"
 #include "ui/images/MenuBarBatteryImage.h"
 
 namespace voltaro::ui {
 namespace {
 
-BatterySnapshot state(std::int64_t level, bool connected, bool charging) {
-    BatterySnapshot snapshot;
-    snapshot.level = level;
-    snapshot.isConnectedToPower = connected;
-    snapshot.isCharging = charging;
-    return snapshot;
-}
+using voltaro::testing::battery;
 
 // How the squares fill a 16 px icon is lxqt_panel.py's and trayer.py's, in real panels.
 
@@ -23,8 +18,8 @@ BatterySnapshot state(std::int64_t level, bool connected, bool charging) {
 // draws it in the colour given: rendered at 44 px they differ nowhere by more than
 // antialiasing does.
 TEST(TrayGlyphImageTest, TheSymbolicIconHasTheGlyphsShape) {
-    for (const auto& snapshot : {state(5, false, false), state(57, true, true),
-                                 state(80, true, false), state(100, false, false)}) {
+    for (const auto& snapshot : {battery(5, false, false), battery(57, true, true),
+                                 battery(80, true, false), battery(100, false, false)}) {
         const QPainterPath outline = MenuBarBatteryImage::outline(snapshot);
         const QColor sky(0x20, 0x80, 0xff);
         const QImage drawn = TrayGlyphImage::square(outline, 44, sky);

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <vector>
 
+#include "support/BatterySnapshots.h"
 #include "ui/QtPrinters.h"
 #include "ui/TemporaryPreferences.h"
 #include "ui/application/DisplayPreferencesStore.h"
@@ -43,12 +44,7 @@ class FakeStatusBarButton final : public StatusBarButton {
 };
 
 BatterySnapshot drainingWhilePluggedIn() {
-    BatterySnapshot snapshot;
-    snapshot.level = 57;
-    snapshot.systemWatts = 12.5;
-    snapshot.batteryPowerWatts = -3.2;
-    snapshot.isConnectedToPower = true;
-    return snapshot;
+    return voltaro::testing::battery(57, true, false, -3.2, 12.5);
 }
 
 bool hasOpaquePixel(const RgbaBitmap& bitmap) {
