@@ -13,6 +13,7 @@
 #include <chrono>
 #include <memory>
 
+#include "support/BatterySnapshots.h"
 #include "ui/EventLoop.h"
 #include "ui/TemporaryPreferences.h"
 #include "ui/application/DisplayPreferencesStore.h"
@@ -125,11 +126,7 @@ class SignalRecorder : public QObject {
 };
 
 BatterySnapshot fixtureSnapshot() {
-    BatterySnapshot snapshot;
-    snapshot.level = 57;
-    snapshot.systemWatts = 12.5;
-    snapshot.batteryPowerWatts = -12.5;
-    return snapshot;
+    return voltaro::testing::battery(57, false, false, -12.5, 12.5);
 }
 
 // On a private session bus only (tests/ui/tray_bus.sh): a panel on the desktop's own bus would
@@ -226,21 +223,13 @@ TEST_F(TrayItemBusTest, ExportsTheSnapshotAsIconTooltipAndLabel) {
     ASSERT_FALSE(itemService.isEmpty());
     EXPECT_TRUE(tray->usesStatusNotifier());
 
-    // Every property a host may ask for answers, empty where the item has nothing.
+    // Every property a host may ask for answers, empty where the item has nothing. The id,
+    // title, icon, label, its guide and the menu are what the real panels read
+    // (tests/ui/linux/desktops).
     const std::pair<const char*, QVariant> properties[] = {
-        {"Category", "Hardware"},
-        {"Id", "voltaro"},
-        {"Title", "Voltaro"},
-        {"Status", "Active"},
-        {"WindowId", 0},
-        {"IconName", "voltaro-battery-50-symbolic"},
-        {"OverlayIconName", ""},
-        {"AttentionIconName", ""},
-        {"AttentionMovieName", ""},
-        {"ItemIsMenu", false},
-        {"XAyatanaLabel", "57% · 13 W"},
-        {"XAyatanaLabelGuide", "100% · 000 W"},
-        {"XAyatanaOrderingIndex", 0u},
+        {"Category", "Hardware"}, {"Status", "Active"},          {"WindowId", 0},
+        {"OverlayIconName", ""},  {"AttentionIconName", ""},     {"AttentionMovieName", ""},
+        {"ItemIsMenu", false},    {"XAyatanaOrderingIndex", 0u},
     };
     for (const auto& [name, expected] : properties) {
         EXPECT_EQ(itemProperty(name).toString(), expected.toString()) << name;
@@ -248,14 +237,9 @@ TEST_F(TrayItemBusTest, ExportsTheSnapshotAsIconTooltipAndLabel) {
     for (const char* name : {"OverlayIconPixmap", "AttentionIconPixmap"}) {
         EXPECT_TRUE(qdbus_cast<QList<StatusNotifierItem::Pixmap>>(itemProperty(name)).isEmpty());
     }
-    EXPECT_EQ(itemProperty("Menu").value<QDBusObjectPath>().path(), "/MenuBar");
     const auto tip = qdbus_cast<StatusNotifierItem::ToolTipValue>(itemProperty("ToolTip"));
     EXPECT_EQ(tip.title, "Battery 57 percent, On battery");
     EXPECT_EQ(tip.description, "57% · 13 W");
-    // Their content is the real panels' to judge (tests/ui/linux/desktops).
-    for (const char* name : {"IconThemePath", "IconPixmap"}) {
-        EXPECT_TRUE(itemProperty(name).isValid()) << name;
-    }
 }
 
 TEST_F(TrayItemBusTest, TellsTheHostsWhenTheBatteryOrTheLabelChoiceChangesAndOnlyThen) {

@@ -76,6 +76,8 @@ def icon_name_resolves_and_the_label_follows_the_battery():
         assert desktop.wait_for(labelled("80% · 8 W"), 10), \
             f"label {(ours() or {}).get('label')!r} after the charge rose to 80 %"
         item = ours()
+        assert (item["title"], item["guide"], item["menu"]) == \
+            ("Voltaro", "100% · 000 W", "/MenuBar"), item
         found = icon_file(item["icon"], item["theme_path"])
         assert item["icon"] and found and os.path.getsize(found) > 0, \
             f"icon name {item['icon']!r} has no file under {item['theme_path']!r}"
