@@ -2,16 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include "support/BatterySnapshots.h"
+
 namespace voltaro {
 namespace {
 
 TEST(DashboardJsonTest, WritesTheStatesValuesWithNullForUnknownAndTheModelAsShown) {
-    BatterySnapshot snapshot;
-    snapshot.level = 57;
-    snapshot.systemWatts = 12.5;
+    BatterySnapshot snapshot = testing::battery(57, true, true, std::nullopt, 12.5);
     snapshot.timeToFullMinutes = 95;
-    snapshot.isConnectedToPower = true;
-    snapshot.isCharging = true;
     snapshot.updatedAt = WallTime{} + std::chrono::milliseconds(1'795'000'000'123);
     const DashboardState state{
         .snapshot = snapshot,

@@ -54,28 +54,23 @@ class DashboardHarness : public voltaro::testing::FakeMonitorServices {
     DisplayPreferencesStore& preferences() { return preferences_; }
 
     void setBattery(const Battery& battery) {
+        const auto setKnown = [](PropertyDictionary& dictionary, const char* key, auto value) {
+            if (value) {
+                dictionary.set(key, *value);
+            }
+        };
         PropertyDictionary telemetry;
-        if (battery.systemMilliwatts) {
-            telemetry.set("SystemLoad", *battery.systemMilliwatts);
-        }
-        if (battery.batteryMilliwatts) {
-            telemetry.set("BatteryPower", *battery.batteryMilliwatts);
-        }
-        if (battery.inputMilliwatts) {
-            telemetry.set("SystemPowerIn", *battery.inputMilliwatts);
-        }
+        setKnown(telemetry, "SystemLoad", battery.systemMilliwatts);
+        setKnown(telemetry, "BatteryPower", battery.batteryMilliwatts);
+        setKnown(telemetry, "SystemPowerIn", battery.inputMilliwatts);
         PropertyDictionary properties{{"CurrentCapacity", battery.level},
                                       {"ExternalConnected", battery.connected},
                                       {"PowerTelemetryData", telemetry}};
         if (battery.ratedWatts) {
             properties.set("AdapterDetails", PropertyDictionary{{"Watts", *battery.ratedWatts}});
         }
-        if (battery.timeToFullMinutes) {
-            properties.set("AvgTimeToFull", *battery.timeToFullMinutes);
-        }
-        if (battery.decikelvin) {
-            properties.set("Temperature", *battery.decikelvin);
-        }
+        setKnown(properties, "AvgTimeToFull", battery.timeToFullMinutes);
+        setKnown(properties, "Temperature", battery.decikelvin);
         for (const auto& entry : battery.more.entries()) {
             properties.set(entry.key, entry.value);
         }

@@ -3,6 +3,7 @@
 #include "core/history/HistoryArchive.h"
 #include "core/history/HistoryChartModel.h"
 #include "core/history/HistoryRecording.h"
+#include "support/BatterySnapshots.h"
 #include "support/CrossThreadExecutor.h"
 
 namespace voltaro {
@@ -49,10 +50,9 @@ TEST(HistoryRecordingTest, KeepsOneRecordAMinuteAndEveryChangeOfState) {
             }
         }
     }
-    BatterySnapshot snapshot;
-    snapshot.isCharging = true;
     const std::vector<AppEnergy> ranked(7, AppEnergy{"a", "A", 1.5, std::nullopt});
-    const HistoryRecord record = historyRecordOf(snapshot, ranked, true, start + 1500ms);
+    const HistoryRecord record =
+        historyRecordOf(testing::battery(0, false, true), ranked, true, start + 1500ms);
     EXPECT_EQ(record.time, start + 1s);
     EXPECT_EQ(record.applications.size(), historyApplicationsKept);
     EXPECT_TRUE(record.isCharging && record.isLowPowerModeEnabled);

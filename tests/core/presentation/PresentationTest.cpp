@@ -34,13 +34,12 @@ TEST(BatteryGlyphTest, ChoosesTheAccessoryByPowerState) {
         GlyphAccessory expected;
     } cases[] = {
         {"on battery", battery(50, false, false, -12), GlyphAccessory::none},
-        {"charging without a connection", battery(50, false, true, std::nullopt),
-         GlyphAccessory::bolt},
+        {"charging without a connection", battery(50, false, true), GlyphAccessory::bolt},
         {"charging", battery(50, true, true, 20), GlyphAccessory::bolt},
         {"connected, charge still flowing in", battery(50, true, false, 0.01),
          GlyphAccessory::bolt},
         {"connected and idle", battery(50, true, false, 0), GlyphAccessory::plug},
-        {"connected, flow unknown", battery(50, true, false, std::nullopt), GlyphAccessory::plug},
+        {"connected, flow unknown", battery(50, true, false), GlyphAccessory::plug},
         {"connected but drained", battery(50, true, false, -3.2), GlyphAccessory::plug},
     };
     for (const auto& c : cases) {

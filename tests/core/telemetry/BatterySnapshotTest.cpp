@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/BatterySnapshots.h"
+
 namespace voltaro {
 namespace {
 
@@ -12,10 +14,7 @@ TEST(BatterySnapshotTest, StateLabelFollowsChargingThenAdapter) {
     };
     for (const Case c : {Case{true, false, "Charging"}, Case{true, true, "Charging"},
                          Case{false, true, "Power adapter"}, Case{false, false, "On battery"}}) {
-        BatterySnapshot snapshot;
-        snapshot.isCharging = c.charging;
-        snapshot.isConnectedToPower = c.connected;
-        EXPECT_EQ(snapshot.stateLabel(), c.label);
+        EXPECT_EQ(testing::battery(0, c.connected, c.charging).stateLabel(), c.label);
     }
     EXPECT_EQ(BatterySnapshot::empty().stateLabel(), "On battery");
 }

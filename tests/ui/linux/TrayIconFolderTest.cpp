@@ -5,6 +5,7 @@
 #include <QSvgRenderer>
 #include <QTemporaryDir>
 
+#include "support/BatterySnapshots.h"
 #include "ui/images/MenuBarBatteryImage.h"
 #include "ui/images/TrayGlyphImage.h"
 
@@ -14,13 +15,10 @@ namespace {
 TEST(TrayIconFolderTest, ReplacesAnIconInOneStepAndLeavesAnEqualOneAlone) {
     QTemporaryDir root;
     const TrayIconFolder folder(root.path() + "/icons");
-    BatterySnapshot snapshot;
-    snapshot.level = 57;
-    const QByteArray half =
-        TrayGlyphImage::symbolicSvg(MenuBarBatteryImage::outline(snapshot), Qt::black);
-    snapshot.level = 5;
-    const QByteArray empty =
-        TrayGlyphImage::symbolicSvg(MenuBarBatteryImage::outline(snapshot), Qt::black);
+    const QByteArray half = TrayGlyphImage::symbolicSvg(
+        MenuBarBatteryImage::outline(voltaro::testing::battery(57)), Qt::black);
+    const QByteArray empty = TrayGlyphImage::symbolicSvg(
+        MenuBarBatteryImage::outline(voltaro::testing::battery(5)), Qt::black);
 
     ASSERT_TRUE(folder.write("voltaro-test-symbolic", half));
     EXPECT_TRUE(QFile::exists(root.path() + "/icons/hicolor/index.theme"));
