@@ -1,9 +1,6 @@
 #include "ui/macos/CocoaScreenCoordinates.h"
 
 #include <gtest/gtest.h>
-#include <QUrl>
-
-#include "ui/macos/SystemSettingsUrls.h"
 
 namespace voltaro::ui {
 namespace {
@@ -25,13 +22,6 @@ TEST(CocoaScreenCoordinatesTest, TurnsAppKitsBottomUpRectanglesIntoTopDownOnes) 
     for (const Case& test : cases) {
         EXPECT_EQ(topLeftScreenRect(test.item, test.primaryHeight), test.expected) << test.what;
     }
-}
-
-TEST(CocoaScreenCoordinatesTest, TheBatterySettingsUrlNamesThePaneByItsIdentifier) {
-    const QUrl url(QString::fromLatin1(batterySettingsUrl), QUrl::StrictMode);
-    ASSERT_TRUE(url.isValid()) << url.errorString().toStdString();
-    EXPECT_EQ(url.scheme(), "x-apple.systempreferences");
-    EXPECT_EQ(url.path(), "com.apple.Battery-Settings.extension");
 }
 
 }  // namespace
