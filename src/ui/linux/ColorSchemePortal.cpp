@@ -2,6 +2,7 @@
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
+#include <QDBusVariant>
 
 namespace voltaro::ui {
 namespace {
@@ -27,9 +28,11 @@ ColorSchemePortal::ColorSchemePortal(const QDBusConnection& bus, QObject* parent
     if (!bus.isConnected()) {
         return;
     }
+    // Taken as a message: a slot with a QDBusVariant parameter is refused while QtDBus has not
+    // yet registered that type, which at start it may not have.
     QDBusConnection(bus).connect(QString::fromLatin1(service), QString::fromLatin1(path),
                                  QString::fromLatin1(interface), QStringLiteral("SettingChanged"),
-                                 this, SLOT(settingChanged(QString, QString, QDBusVariant)));
+                                 this, SLOT(settingChanged(QDBusMessage)));
     auto read =
         QDBusMessage::createMethodCall(QString::fromLatin1(service), QString::fromLatin1(path),
                                        QString::fromLatin1(interface), QStringLiteral("Read"));
@@ -43,10 +46,11 @@ ColorSchemePortal::ColorSchemePortal(const QDBusConnection& bus, QObject* parent
     });
 }
 
-void ColorSchemePortal::settingChanged(const QString& changedGroup, const QString& changedKey,
-                                       const QDBusVariant& value) {
-    if (changedGroup == QLatin1String(group) && changedKey == QLatin1String(key)) {
-        take(value.variant());
+void ColorSchemePortal::settingChanged(const QDBusMessage& message) {
+    const QVariantList arguments = message.arguments();
+    if (arguments.value(0).toString() == QLatin1String(group) &&
+        arguments.value(1).toString() == QLatin1String(key)) {
+        take(arguments.value(2));
     }
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QDBusConnection>
-#include <QDBusVariant>
+#include <QDBusMessage>
 #include <QObject>
 #include <optional>
 
@@ -21,7 +21,7 @@ class ColorSchemePortal : public QObject {
     void changed();
 
   private slots:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+    void settingChanged(const QDBusMessage& message);
 
   private:
     void take(const QVariant& value);

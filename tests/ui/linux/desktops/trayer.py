@@ -51,11 +51,23 @@ def check_glyph_alone(session):
     assert spread >= 120, f"the icon barely stands out from the dark tray: luma spread {spread}"
 
 
-def shows_the_glyph_alone_at_the_trays_size():
+def shows_the_glyph_alone_at_the_trays_size_and_follows_a_switch_to_light():
     with Trayer() as session:
         session.start_tray()
         voltaro = session.voltaro()
         check_glyph_alone(session)
+        # The desktop turns light while Voltaro runs: the portal tells, the glyph turns dark.
+        session.run("gsettings", "set", "org.gnome.desktop.interface", "color-scheme",
+                    "prefer-light")
+        item = desktop.Item(session, STRIP)
+
+        def brightest():
+            shot = session.screenshot()
+            box = item.box(shot)
+            return box and max(desktop.luma(p) for p in shot.crop(box).getdata())
+
+        assert desktop.wait_for(lambda: brightest() < 100, 5), \
+            f"the glyph stayed light: brightest luma {brightest()}"
         assert voltaro.poll() is None
 
 
@@ -70,4 +82,4 @@ def joins_a_tray_that_starts_later():
 
 
 if __name__ == "__main__":
-    desktop.main([shows_the_glyph_alone_at_the_trays_size, joins_a_tray_that_starts_later])
+    desktop.main([shows_the_glyph_alone_at_the_trays_size_and_follows_a_switch_to_light, joins_a_tray_that_starts_later])
