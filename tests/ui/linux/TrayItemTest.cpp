@@ -7,8 +7,6 @@
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
-#include <QGuiApplication>
-#include <QPalette>
 #include <QTest>
 #include <chrono>
 #include <memory>
@@ -63,37 +61,6 @@ class FakeStatusNotifierWatcher : public QObject, protected QDBusContext {
   private:
     static inline int instances_ = 0;
     QString connectionName_;
-    QDBusConnection bus_;
-};
-
-// The desktop portal's colour-scheme setting, as a desktop with a dark preference gives it.
-class FakeSettingsPortal : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
-
-  public:
-    explicit FakeSettingsPortal(QDBusConnection bus) : bus_(bus) {
-        bus_.registerObject("/org/freedesktop/portal/desktop", this,
-                            QDBusConnection::ExportScriptableContents);
-        bus_.registerService("org.freedesktop.portal.Desktop");
-    }
-    ~FakeSettingsPortal() override { bus_.unregisterService("org.freedesktop.portal.Desktop"); }
-
-    void change(uint scheme) {
-        emit SettingChanged("org.freedesktop.appearance", "color-scheme",
-                            QDBusVariant(QVariant(scheme)));
-    }
-
-  public slots:
-    // Wrapped twice, as the older Read does.
-    Q_SCRIPTABLE QDBusVariant Read(const QString&, const QString&) {
-        return QDBusVariant(QVariant::fromValue(QDBusVariant(QVariant(1u))));
-    }
-
-  signals:
-    Q_SCRIPTABLE void SettingChanged(const QString&, const QString&, const QDBusVariant&);
-
-  private:
     QDBusConnection bus_;
 };
 
@@ -324,20 +291,6 @@ TEST_F(TrayItemBusTest, AClickOpensTheDashboardWhereTheHostSaysItWas) {
 }
 
 // The glyph's luma on light and dark panels is xfce_panel.py's; here, following the portal.
-TEST_F(TrayItemBusTest, TheGlyphTakesTheDesktopsLightOrDarkPreference) {
-    FakeSettingsPortal portal(host);
-    const auto tray = registeredTray();
-    EXPECT_TRUE(processEventsUntil([&] { return tray->textColor() == QColor(Qt::white); }));
-    const auto recorder = recordItemSignals();
-    portal.change(2);
-    EXPECT_TRUE(processEventsUntil([&] { return tray->textColor() == QColor(Qt::black); }));
-    EXPECT_TRUE(processEventsUntil([&] { return !recorder->named("NewIcon").isEmpty(); }));
-    portal.change(0);
-    EXPECT_TRUE(processEventsUntil([&] {
-        return tray->textColor() == QGuiApplication::palette().color(QPalette::WindowText);
-    }));
-}
-
 TEST_F(TrayItemBusTest, RegistersAgainUntilTheWatcherListsTheItem) {
     watcher = std::make_unique<FakeStatusNotifierWatcher>();
     watcher->drops = 1;

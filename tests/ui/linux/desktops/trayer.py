@@ -51,14 +51,11 @@ def check_glyph_alone(session):
     assert spread >= 120, f"the icon barely stands out from the dark tray: luma spread {spread}"
 
 
-def shows_the_glyph_alone_at_the_trays_size_and_follows_a_switch_to_light():
+def shows_the_glyph_alone_at_the_trays_size_and_follows_the_desktops_scheme():
     with Trayer() as session:
         session.start_tray()
         voltaro = session.voltaro()
         check_glyph_alone(session)
-        # The desktop turns light while Voltaro runs: the portal tells, the glyph turns dark.
-        session.run("gsettings", "set", "org.gnome.desktop.interface", "color-scheme",
-                    "prefer-light")
         item = desktop.Item(session, STRIP)
 
         def brightest():
@@ -66,8 +63,14 @@ def shows_the_glyph_alone_at_the_trays_size_and_follows_a_switch_to_light():
             box = item.box(shot)
             return box and max(desktop.luma(p) for p in shot.crop(box).getdata())
 
-        assert desktop.wait_for(lambda: brightest() < 100, 5), \
-            f"the glyph stayed light: brightest luma {brightest()}"
+        # Changed while Voltaro runs; without a preference the glyph takes the palette's dark
+        # text.
+        for scheme, light_glyph in (("prefer-light", False), ("prefer-dark", True),
+                                    ("default", False)):
+            session.run("gsettings", "set", "org.gnome.desktop.interface", "color-scheme",
+                        scheme)
+            assert desktop.wait_for(lambda: (brightest() > 200) == light_glyph, 5), \
+                f"{scheme}: brightest luma {brightest()} in the glyph"
         assert voltaro.poll() is None
 
 
@@ -82,4 +85,4 @@ def joins_a_tray_that_starts_later():
 
 
 if __name__ == "__main__":
-    desktop.main([shows_the_glyph_alone_at_the_trays_size_and_follows_a_switch_to_light, joins_a_tray_that_starts_later])
+    desktop.main([shows_the_glyph_alone_at_the_trays_size_and_follows_the_desktops_scheme, joins_a_tray_that_starts_later])
