@@ -65,10 +65,6 @@ static const CGFloat NSVariableStatusItemLength = -1;
 @property(readonly) CGFloat pointSize;
 @end
 
-@interface NSString (NSStringDrawing)
-- (NSSize)sizeWithAttributes:(nullable NSDictionary<NSAttributedStringKey, id>*)attrs;
-@end
-
 @interface NSImageRep : NSObject <NSCopying>
 @property NSSize size;
 @property NSInteger pixelsWide;

@@ -73,7 +73,6 @@ NS_ASSUME_NONNULL_BEGIN
 @class NSString;
 
 @protocol NSObject
-- (BOOL)isEqual:(id)object;
 - (BOOL)isKindOfClass:(Class)aClass;
 @end
 

@@ -6,12 +6,7 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-typedef NS_ENUM(NSInteger, SMAppServiceStatus) {
-    SMAppServiceStatusNotRegistered = 0,
-    SMAppServiceStatusEnabled = 1,
-    SMAppServiceStatusRequiresApproval = 2,
-    SMAppServiceStatusNotFound = 3,
-} API_AVAILABLE(macos(13.0));
+typedef NSInteger SMAppServiceStatus API_AVAILABLE(macos(13.0));
 
 API_AVAILABLE(macos(13.0)) @interface SMAppService : NSObject
 @property(class, readonly) SMAppService* mainAppService;
