@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <future>
+#include <numeric>
 #include <thread>
 #include <vector>
 
@@ -44,13 +46,9 @@ TEST(SerialWorkerTest, RunsTasksFromManyThreadsOneAfterAnotherOnOneThread) {
     EXPECT_EQ(mostRunning, 1);
     ASSERT_EQ(ranOn.size(), std::size_t{threads * tasksPerThread});
     EXPECT_NE(ranOn.front(), std::this_thread::get_id());
-    for (const auto id : ranOn) {
-        EXPECT_EQ(id, ranOn.front());
-    }
+    EXPECT_EQ(std::count(ranOn.begin(), ranOn.end(), ranOn.front()), threads * tasksPerThread);
     std::vector<int> inOrder(tasksPerThread);
-    for (int task = 0; task < tasksPerThread; ++task) {
-        inOrder[task] = task;
-    }
+    std::iota(inOrder.begin(), inOrder.end(), 0);
     for (const auto& tasks : seen) {
         EXPECT_EQ(tasks, inOrder) << "each thread's tasks run in the order it gave them";
     }
