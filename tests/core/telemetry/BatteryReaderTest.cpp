@@ -101,6 +101,8 @@ TEST_F(ReaderFixture, FollowsTheFallbackChains) {
         {"no telemetry uses IPD", ac, 0, unknown, unknown, 41.0, false, with(ipd, adapterRating)},
         {"no telemetry uses the rating", ac, 0, unknown, unknown, 96.0, false, adapterRating},
         {"no telemetry, no rating", ac, 0, unknown, unknown, unknown, false, D{}},
+        {"on battery, no adapter power", battery, 0, unknown, unknown, unknown, false,
+         with(telemetry({{"SystemPowerIn", 30000}}), adapterRating)},
         {"small positive flow follows the registry's flag", ac, 0, unknown, 0.05, 0.05, false,
          with(telemetry({{"BatteryPower", 50}}), {{"IsCharging", false}})},
         {"above the threshold is charging", ac, 0, unknown, 0.2, 0.2, true,
@@ -147,16 +149,10 @@ TEST_F(ReaderFixture, PowerSourceServiceWinsOverRegistryFlag) {
     }
 }
 
-TEST_F(ReaderFixture, NotConnectedHasNoAdapterWatts) {
-    registry.dictionary = with(telemetry({{"SystemPowerIn", 30000}}), adapterRating);
-    registry.powerSourceType = "Battery Power";
-    const auto snapshot = reader.read();
-    EXPECT_FALSE(snapshot.adapterWatts);
-    EXPECT_EQ(snapshot.adapterCapacityWatts, 96.0);
-}
-
+// Read with no power source connected: the rating stays known while on battery.
 TEST_F(ReaderFixture, AdapterRatingAndTemperatureWithinLimits) {
-    const std::pair<int, std::optional<double>> ratings[] = {{300, std::nullopt}, {0, 0.0}};
+    const std::pair<int, std::optional<double>> ratings[] = {
+        {300, std::nullopt}, {0, 0.0}, {96, 96.0}};
     for (const auto& [watts, expected] : ratings) {
         registry.dictionary = D{{"AdapterDetails", D{{"Watts", watts}}}};
         EXPECT_EQ(reader.read().adapterCapacityWatts, expected) << watts;
