@@ -80,20 +80,18 @@ TEST(FrontEndChoiceTest, SaysWhyTheTerminalStandsInForTheWindows) {
               "voltaro: built without windows, showing the dashboard here instead");
 }
 
-TEST(FrontEndChoiceTest, APlatformChosenOnPurposeCountsAsASession) {
-    GraphicalSession offscreen = x11Session();
-    offscreen.display.reset();
-    offscreen.qtPlatform = "offscreen";
-    EXPECT_EQ(chooseFrontEnd(parse({}), offscreen).frontEnd, FrontEnd::desktop);
-}
-
-TEST(FrontEndChoiceTest, AWindowServerNeedsNoDisplayVariableAndNoProbe) {
-    GraphicalSession mac = x11Session();
-    mac.display.reset();
-    mac.hasWindowServer = true;
-    mac.platformOpens = [] { return false; };
-    EXPECT_EQ(chooseFrontEnd(parse({}), mac).frontEnd, FrontEnd::desktop);
-    EXPECT_EQ(chooseFrontEnd(parse({"--json"}), mac).frontEnd, FrontEnd::terminal);
+// A platform chosen on purpose counts as a session; a window server needs neither a display
+// variable nor a probe.
+TEST(FrontEndChoiceTest, APlatformChosenOnPurposeOrAWindowServerNeedsNoDisplayVariable) {
+    GraphicalSession session = x11Session();
+    session.display.reset();
+    session.qtPlatform = "offscreen";
+    EXPECT_EQ(chooseFrontEnd(parse({}), session).frontEnd, FrontEnd::desktop);
+    session.qtPlatform.reset();
+    session.hasWindowServer = true;
+    session.platformOpens = [] { return false; };
+    EXPECT_EQ(chooseFrontEnd(parse({}), session).frontEnd, FrontEnd::desktop);
+    EXPECT_EQ(chooseFrontEnd(parse({"--json"}), session).frontEnd, FrontEnd::terminal);
 }
 
 TEST(FrontEndChoiceTest, ReadsTheSessionFromTheEnvironmentWithEmptyMeaningUnset) {
