@@ -19,33 +19,23 @@ using testing::FakeMonitorServices;
 
 class BatteryMonitorTest : public ::testing::Test, protected FakeMonitorServices {
   protected:
-    BatteryMonitorTest() {
-        registry.dictionary = PropertyDictionary{{"CurrentCapacity", 57}};
-        registry.onRead = [this] { readTimes.push_back(scheduler.monotonicNow()); };
-    }
-
-    std::vector<double> readSeconds() const {
-        std::vector<double> seconds;
-        for (const auto time : readTimes) {
-            seconds.push_back(std::chrono::duration<double>(time - MonotonicTime{}).count());
-        }
-        return seconds;
-    }
+    BatteryMonitorTest() { registry.dictionary = PropertyDictionary{{"CurrentCapacity", 57}}; }
 
     testing::ManualScheduler scheduler;
     testing::CrossThreadExecutor executor{scheduler};
     BatteryMonitor monitor{on(executor, scheduler)};
-    std::vector<MonotonicTime> readTimes;
 };
 
 TEST_F(BatteryMonitorTest, RefreshesAtOnceThenTwoSecondsAfterEachRefreshEnded) {
-    registry.onRead = [this] {
-        readTimes.push_back(scheduler.monotonicNow());
+    std::vector<double> readSeconds;
+    registry.onRead = [&] {
+        const auto sinceStart = scheduler.monotonicNow() - MonotonicTime{};
+        readSeconds.push_back(std::chrono::duration<double>(sinceStart).count());
         scheduler.spend(300ms);  // a slow read shifts the cadence; nothing catches up
     };
     auto task = monitor.run();
     scheduler.advance(7s);
-    EXPECT_EQ(readSeconds(), (std::vector<double>{0, 2.3, 4.6, 6.9}));
+    EXPECT_EQ(readSeconds, (std::vector<double>{0, 2.3, 4.6, 6.9}));
     EXPECT_EQ(monitor.refreshCount().get(), 4);
     monitor.refreshNow();  // from the dashboard: counts like the loop's
     EXPECT_EQ(monitor.refreshCount().get(), 5);
