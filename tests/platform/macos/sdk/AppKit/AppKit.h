@@ -153,7 +153,6 @@ API_AVAILABLE(macos(10.10)) @interface NSStatusBarButton : NSButton
 @property(class, readonly, strong) NSStatusBar* systemStatusBar;
 - (NSStatusItem*)statusItemWithLength:(CGFloat)length;
 - (void)removeStatusItem:(NSStatusItem*)item;
-@property(readonly) CGFloat thickness;
 @end
 
 @interface NSStatusItem : NSObject
@@ -164,7 +163,6 @@ API_AVAILABLE(macos(10.10)) @interface NSStatusBarButton : NSButton
 @interface NSApplication : NSResponder
 @property(class, readonly, strong) __kindof NSApplication* sharedApplication;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy;
-- (NSApplicationActivationPolicy)activationPolicy;
 - (void)activateIgnoringOtherApps:(BOOL)flag
     API_DEPRECATED("This method will be deprecated in a future release. Use NSApp.activate "
                    "instead.",

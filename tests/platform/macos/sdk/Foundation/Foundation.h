@@ -110,7 +110,6 @@ __attribute__((objc_root_class))
 @interface NSURL : NSObject <NSCopying>
 + (nullable instancetype)URLWithString:(NSString*)URLString;
 + (NSURL*)fileURLWithPath:(NSString*)path isDirectory:(BOOL)isDir API_AVAILABLE(macos(10.5));
-+ (NSURL*)fileURLWithPath:(NSString*)path;
 @property(nullable, readonly, copy) NSString* path;
 @end
 
@@ -123,7 +122,6 @@ __attribute__((objc_root_class))
 typedef NSString* NSAttributedStringKey;
 
 @interface NSAttributedString : NSObject <NSCopying>
-- (instancetype)initWithString:(NSString*)str;
 - (instancetype)initWithString:(NSString*)str
                     attributes:(nullable NSDictionary<NSAttributedStringKey, id>*)attrs;
 @property(readonly, copy) NSString* string;
