@@ -2,10 +2,9 @@
 
 #include <gtest/gtest.h>
 #include <QCoreApplication>
+#include <QTest>
 #include <thread>
 #include <vector>
-
-#include "ui/EventLoop.h"
 
 namespace voltaro::ui {
 namespace {
@@ -28,7 +27,7 @@ TEST(QtMainExecutorTest, RunsTasksPostedFromAnotherThreadOnTheMainThreadInOrder)
         }
         executor.post([&] { done = true; });
     });
-    EXPECT_TRUE(processEventsUntil([&] { return done; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return done; }));
     worker.join();
     ASSERT_EQ(received.size(), 100u);
     for (int i = 0; i < 100; ++i) {
@@ -50,7 +49,7 @@ TEST(QtMainExecutorTest, FiresTimersInOrderAndDropsCancelledOnes) {
     });
     executor.cancel(cancelled);
     executor.cancel(12345);
-    EXPECT_TRUE(processEventsUntil([&] { return fired.size() == 3; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return fired.size() == 3; }));
     EXPECT_EQ(fired, (std::vector<int>{1, 2, 3}));
 }
 

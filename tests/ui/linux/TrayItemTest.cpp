@@ -13,7 +13,6 @@
 #include <memory>
 
 #include "support/BatterySnapshots.h"
-#include "ui/EventLoop.h"
 #include "ui/TemporaryPreferences.h"
 #include "ui/application/DisplayPreferencesStore.h"
 #include "ui/linux/DBusMenu.h"
@@ -117,7 +116,7 @@ class TrayItemBusTest : public ::testing::Test {
         watcher = std::make_unique<FakeStatusNotifierWatcher>();
         auto tray =
             std::make_unique<TrayItem>(snapshot, preferences, QDBusConnection::sessionBus());
-        EXPECT_TRUE(processEventsUntil([&] { return !watcher->registrations.isEmpty(); }));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !watcher->registrations.isEmpty(); }));
         if (!watcher->registrations.isEmpty()) {
             itemService = watcher->registrations.first();
         }
@@ -130,7 +129,7 @@ class TrayItemBusTest : public ::testing::Test {
         auto message = QDBusMessage::createMethodCall(itemService, path, interface, method);
         message.setArguments(arguments);
         QDBusPendingCall pending = host.asyncCall(message);
-        EXPECT_TRUE(processEventsUntil([&] { return pending.isFinished(); }));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return pending.isFinished(); }));
         return pending.reply();
     }
     QDBusMessage callItem(const QString& method, const QVariantList& arguments) {
@@ -184,15 +183,15 @@ TEST_F(TrayItemBusTest, RegistersWithEveryWatcherThatAppears) {
                      [&](bool isInPanel) { presence.push_back(isInPanel); });
 
     watcher = std::make_unique<FakeStatusNotifierWatcher>();
-    ASSERT_TRUE(processEventsUntil([&] { return !watcher->registrations.isEmpty(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !watcher->registrations.isEmpty(); }));
     const QString service = watcher->registrations.first();
     EXPECT_TRUE(tray.usesStatusNotifier());
 
     // The panel restarts.
     watcher.reset();
-    ASSERT_TRUE(processEventsUntil([&] { return !tray.usesStatusNotifier(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !tray.usesStatusNotifier(); }));
     watcher = std::make_unique<FakeStatusNotifierWatcher>();
-    ASSERT_TRUE(processEventsUntil([&] { return !watcher->registrations.isEmpty(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !watcher->registrations.isEmpty(); }));
     EXPECT_EQ(watcher->registrations, QStringList{service});
     EXPECT_EQ(presence, (std::vector<bool>{true, false, true}));
     EXPECT_TRUE(tray.isInPanel());
@@ -239,7 +238,7 @@ TEST_F(TrayItemBusTest, TellsTheHostsWhenTheBatteryOrTheLabelChoiceChangesAndOnl
     snapshot.set(charging);
 
     // The label goes out last, so everything the change sent has arrived with it.
-    ASSERT_TRUE(processEventsUntil([&] { return !recorder->named("XAyatanaNewLabel").isEmpty(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !recorder->named("XAyatanaNewLabel").isEmpty(); }));
     const auto labels = recorder->named("XAyatanaNewLabel");
     ASSERT_EQ(labels.size(), 1);  // none for the new reading time alone
     EXPECT_EQ(labels[0].arguments(),
@@ -254,8 +253,7 @@ TEST_F(TrayItemBusTest, TellsTheHostsWhenTheBatteryOrTheLabelChoiceChangesAndOnl
     preferences.setValue(showsPowerUsageInMenuBar, false);
     preferences.setValue(showsPercentageInMenuBar, false);
     preferences.setTemperatureUnit("fahrenheit");  // not shown in the label
-    ASSERT_TRUE(
-        processEventsUntil([&] { return recorder->named("XAyatanaNewLabel").size() >= 3; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return recorder->named("XAyatanaNewLabel").size() >= 3; }));
     const auto choices = recorder->named("XAyatanaNewLabel");
     ASSERT_EQ(choices.size(), 3);
     EXPECT_EQ(choices[1].arguments(),
@@ -311,7 +309,7 @@ TEST_F(TrayItemBusTest, RegistersAgainUntilTheWatcherListsTheItem) {
     item.setRegistrationCheckInterval(50);
     EXPECT_TRUE(watcher->registrations.isEmpty()) << "not on the bus before it is published";
     item.publish();
-    ASSERT_TRUE(processEventsUntil([&] { return !watcher->listed.isEmpty(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !watcher->listed.isEmpty(); }));
     // By path, from the item's connection, which owns no name a host could watch.
     EXPECT_EQ(watcher->paths, QStringList(2, "/StatusNotifierItem"));
     EXPECT_EQ(watcher->registrations, QStringList(2, QDBusConnection::sessionBus().baseService()));
