@@ -15,6 +15,8 @@
 namespace voltaro::platform {
 namespace {
 
+using ::testing::Contains;
+using ::testing::Not;
 using testing::TemporaryDirectory;
 using ::testing::UnorderedElementsAre;
 using ::testing::UnorderedElementsAreArray;
@@ -102,14 +104,12 @@ TEST(ProcProcessSourceTest, AProcessThatVanishesIsAbsent) {
     tree.remove("3415");
     EXPECT_EQ(source.usage(3420), std::nullopt);  // between listing and reading
     EXPECT_EQ(source.metadata(3415), std::nullopt);
-    const std::vector<ProcessID> pids = source.userProcessIDs();
-    EXPECT_EQ(std::count(pids.begin(), pids.end(), 3420), 0);
+    EXPECT_THAT(source.userProcessIDs(), Not(Contains(3420)));
     EXPECT_EQ(source.usage(3420), std::nullopt);
     // A status without its Uid line: not known to be ours.
     tree.write("3401/status", "Name:\tmake\n");
     tree.write("3401/schedstat", "1 0 0\n");
-    const std::vector<ProcessID> again = source.userProcessIDs();
-    EXPECT_EQ(std::count(again.begin(), again.end(), 3401), 0);
+    EXPECT_THAT(source.userProcessIDs(), Not(Contains(3401)));
 }
 
 TEST(ProcProcessSourceTest, RereadsOnlyProcessesThatRan) {
@@ -197,7 +197,7 @@ TEST(ProcProcessSourceTest, KeepsASleepingChildsCountersAndDropsItOnceReaped) { 
     ::close(ready[0]);
 
     ProcProcessSource source;
-    std::vector<ProcessID> pids = source.userProcessIDs();
+    const std::vector<ProcessID> pids = source.userProcessIDs();
     EXPECT_TRUE(std::is_sorted(pids.begin(), pids.end()));
     EXPECT_EQ(std::count(pids.begin(), pids.end(), child), 1);
     const auto first = source.usage(child);
@@ -216,8 +216,7 @@ TEST(ProcProcessSourceTest, KeepsASleepingChildsCountersAndDropsItOnceReaped) { 
 
     ::kill(child, SIGKILL);
     ::waitpid(child, nullptr, 0);
-    pids = source.userProcessIDs();
-    EXPECT_EQ(std::count(pids.begin(), pids.end(), child), 0);
+    EXPECT_THAT(source.userProcessIDs(), Not(Contains(child)));
     EXPECT_EQ(source.usage(child), std::nullopt);
     EXPECT_EQ(source.metadata(child), std::nullopt);
 }
