@@ -52,7 +52,7 @@ TEST_F(XdgAutostartLoginItemTest, RegistersAnEntryThatStartsThisProgramAndRemove
     EXPECT_EQ(item_.unregisterItem(), std::nullopt) << "already gone is fine";
 }
 
-TEST_F(XdgAutostartLoginItemTest, ReadsWhetherTheSessionWouldStartIt) {
+TEST_F(XdgAutostartLoginItemTest, ReadsWhetherTheSessionWouldStartItAndRegisteringOverridesIt) {
     const std::pair<std::string, LoginItemStatus> cases[] = {
         {"[Desktop Entry]\nExec=voltaro\n", LoginItemStatus::enabled},
         {"[Desktop Entry]\nExec=voltaro\nHidden=true\n", LoginItemStatus::notRegistered},
@@ -69,9 +69,7 @@ TEST_F(XdgAutostartLoginItemTest, ReadsWhetherTheSessionWouldStartIt) {
         home_.write(entry_.lexically_relative(home_.path()), entry);
         EXPECT_EQ(item_.status(), expected) << entry;
     }
-}
-
-TEST_F(XdgAutostartLoginItemTest, RegisteringOverAHiddenEntryEnablesIt) {
+    // Registering over an entry the session hides enables it.
     home_.write(entry_.lexically_relative(home_.path()), "[Desktop Entry]\nHidden=true\n");
     EXPECT_EQ(item_.registerItem(), std::nullopt);
     EXPECT_EQ(item_.status(), LoginItemStatus::enabled);
