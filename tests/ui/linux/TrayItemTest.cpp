@@ -7,7 +7,6 @@
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
-#include <QImage>
 #include <QTest>
 #include <chrono>
 #include <memory>
@@ -162,18 +161,6 @@ class TrayItemBusTest : public ::testing::Test {
     std::unique_ptr<FakeStatusNotifierWatcher> watcher;
     QString itemService;
 };
-
-TEST(StatusNotifierItemTest, PixmapsAreArgbInNetworkOrderRowByRow) {
-    QImage image(2, 2, QImage::Format_ARGB32);
-    image.setPixel(0, 0, 0x11223344);
-    image.setPixel(1, 0, 0x55667788);
-    image.setPixel(0, 1, 0x99aabbcc);
-    image.setPixel(1, 1, 0xddeeff00);
-    const StatusNotifierItem::Pixmap pixmap = StatusNotifierItem::pixmapOf(image);
-    EXPECT_EQ(pixmap.width, 2);
-    EXPECT_EQ(pixmap.height, 2);
-    EXPECT_EQ(pixmap.argb.toHex(), "112233445566778899aabbccddeeff00");
-}
 
 TEST_F(TrayItemBusTest, RegistersWithEveryWatcherThatAppears) {
     TrayItem tray(snapshot, preferences, QDBusConnection::sessionBus());
