@@ -195,6 +195,11 @@ TEST(ProcProcessSourceTest, KeepsASleepingChildsCountersAndDropsItOnceReaped) { 
     char ignored = 0;
     ASSERT_EQ(::read(ready[0], &ignored, 1), 0);
     ::close(ready[0]);
+    // Its counters stand still only once it sleeps in pause(): going to sleep is a switch.
+    for (std::string stat; stat.find(") S ") == std::string::npos;) {
+        std::ifstream file("/proc/" + std::to_string(child) + "/stat");
+        std::getline(file, stat);
+    }
 
     ProcProcessSource source;
     const std::vector<ProcessID> pids = source.userProcessIDs();
