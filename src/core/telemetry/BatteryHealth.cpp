@@ -66,8 +66,8 @@ BatteryHealth batteryHealth(const PropertyDictionary& properties) {
     health.fullChargeWattHours = wattHours(properties, "FullChargeEnergy");
     health.designMilliampHours =
         positiveUpTo(number(properties, "DesignCapacity"), maximumMilliampHours);
-    // Apple silicon gives MaxCapacity as a percentage and the mAh as the raw figure; Intel Macs
-    // give MaxCapacity in mAh, and a pack that holds at most 100 mAh is no pack.
+    // Where a raw figure stands beside it, MaxCapacity is a percentage and the raw figure the mAh;
+    // elsewhere MaxCapacity is in mAh, and a pack that holds at most 100 mAh is no pack.
     std::optional<double> maxCapacityPercent;
     if (properties.contains("AppleRawMaxCapacity")) {
         health.fullChargeMilliampHours =
