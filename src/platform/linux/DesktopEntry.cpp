@@ -1,9 +1,13 @@
 #include "platform/linux/DesktopEntry.h"
 
 #include <algorithm>
+#include <fstream>
 
 namespace voltaro::platform {
 namespace {
+
+// Desktop entries are a few kilobytes, most of it translations of keys not read here.
+constexpr std::size_t largestDesktopFileBytes = 1 << 20;
 
 std::string_view trimmed(std::string_view text) {
     const auto isSpace = [](char c) { return c == ' ' || c == '\t' || c == '\r'; };
@@ -148,6 +152,15 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::string
         entry.name = std::move(*plainName);
     }
     return entry;
+}
+
+std::optional<DesktopEntry> readDesktopEntry(const std::filesystem::path& file,
+                                             std::string_view locale) {
+    std::ifstream stream(file, std::ios::binary);
+    std::string text(largestDesktopFileBytes, '\0');
+    stream.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<std::size_t>(stream.gcount()));
+    return parseDesktopEntry(text, locale);
 }
 
 }  // namespace voltaro::platform

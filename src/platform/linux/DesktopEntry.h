@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,5 +24,8 @@ std::vector<std::string> localeMatchOrder(std::string_view locale);
 
 // Nothing when the text has no [Desktop Entry] group.
 std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::string_view locale);
+// The entry in a .desktop file; nothing when the file cannot be read or holds no entry.
+std::optional<DesktopEntry> readDesktopEntry(const std::filesystem::path& file,
+                                             std::string_view locale);
 
 }  // namespace voltaro::platform

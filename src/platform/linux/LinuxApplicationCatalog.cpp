@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <fstream>
 #include <string_view>
 
 #include "platform/linux/CgroupScope.h"
@@ -17,8 +16,6 @@ namespace {
 // Caches keyed by unit start over when they grow this large: scopes carry a fresh random part
 // for every launch.
 constexpr std::size_t largestCache = 4096;
-// Desktop entries are a few kilobytes, most of it translations of keys not read here.
-constexpr std::size_t largestDesktopFileBytes = 1 << 20;
 
 // The session's own machinery: it starts unrelated applications as its children.
 constexpr std::array sessionProcessNames = {
@@ -201,11 +198,7 @@ const std::optional<DesktopEntry>& LinuxApplicationCatalog::desktopEntry(const s
         if (!file) {
             continue;
         }
-        std::ifstream stream(*file, std::ios::binary);
-        std::string text(largestDesktopFileBytes, '\0');
-        stream.read(text.data(), static_cast<std::streamsize>(text.size()));
-        text.resize(static_cast<std::size_t>(stream.gcount()));
-        entry = parseDesktopEntry(text, options_.locale);
+        entry = readDesktopEntry(*file, options_.locale);
         break;
     }
     if (entries_.size() >= largestCache) {

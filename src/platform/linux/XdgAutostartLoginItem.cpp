@@ -7,8 +7,6 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <system_error>
 #include <vector>
 
@@ -153,15 +151,10 @@ LoginItemStatus XdgAutostartLoginItem::status() {
     if (!entryPath_ || !std::filesystem::is_regular_file(*entryPath_, ignored)) {
         return LoginItemStatus::notRegistered;
     }
-    std::ifstream file(*entryPath_);
-    std::ostringstream text;
-    text << file.rdbuf();
-    if (file.bad() || text.str().empty()) {
-        return LoginItemStatus::notRegistered;
-    }
-    const std::optional<DesktopEntry> entry = parseDesktopEntry(text.str(), "C");
-    const bool disabled = entry && (entry->isHidden || entry->isAutostartDisabled);
-    return disabled ? LoginItemStatus::notRegistered : LoginItemStatus::enabled;
+    // Without an entry group (or empty, or unreadable) the session starts nothing from it.
+    const std::optional<DesktopEntry> entry = readDesktopEntry(*entryPath_, "C");
+    const bool starts = entry && !entry->isHidden && !entry->isAutostartDisabled;
+    return starts ? LoginItemStatus::enabled : LoginItemStatus::notRegistered;
 }
 
 std::optional<std::string> XdgAutostartLoginItem::registerItem() {

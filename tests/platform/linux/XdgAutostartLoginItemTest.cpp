@@ -64,6 +64,7 @@ TEST_F(XdgAutostartLoginItemTest, ReadsWhetherTheSessionWouldStartItAndRegisteri
         {"[Desktop Entry]\nExec=voltaro\n[Desktop Action quit]\nHidden=true\n",
          LoginItemStatus::enabled},
         {"", LoginItemStatus::notRegistered},
+        {"Exec=voltaro\n", LoginItemStatus::notRegistered},  // no entry group: starts nothing
     };
     for (const auto& [entry, expected] : cases) {
         home_.write(entry_.lexically_relative(home_.path()), entry);
