@@ -266,19 +266,22 @@ class Desktop:
     def click(self, x, y, button=1):
         self.run("xdotool", "mousemove", str(x), str(y), "click", str(button))
 
-    def bus_names(self):
-        reply = self.run("dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus",
-                         "/org/freedesktop/DBus", "org.freedesktop.DBus.ListNames").stdout
+    def bus_strings(self, destination, path, method, *arguments):
+        """The strings of a D-Bus call's reply on the session's bus."""
+        reply = self.run("dbus-send", "--session", "--print-reply", f"--dest={destination}", path,
+                         method, *arguments).stdout
         return re.findall(r'string "([^"]+)"', reply)
+
+    def bus_names(self):
+        return self.bus_strings("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                "org.freedesktop.DBus.ListNames")
 
     def registered_items(self):
         """The items the panel's StatusNotifierWatcher lists."""
-        reply = self.run("dbus-send", "--session", "--print-reply",
-                         "--dest=org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
-                         "org.freedesktop.DBus.Properties.Get",
-                         "string:org.kde.StatusNotifierWatcher",
-                         "string:RegisteredStatusNotifierItems").stdout
-        return re.findall(r'string "([^"]+)"', reply)
+        return self.bus_strings("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
+                                "org.freedesktop.DBus.Properties.Get",
+                                "string:org.kde.StatusNotifierWatcher",
+                                "string:RegisteredStatusNotifierItems")
 
 
 class Item:
@@ -322,7 +325,8 @@ class Item:
     def appears_on_every_start(self, flat=False):
         """Voltaro started again and again beside the running panel: the item within 5 s each
         time, and gone once Voltaro ends. A flat panel must show nothing before."""
-        assert not flat or self.box(self.desktop.screenshot()) is None, "the empty panel is not flat"
+        assert not flat or self.box(self.desktop.screenshot()) is None, \
+            "the empty panel is not flat"
         for start in range(starts()):
             voltaro = self.desktop.voltaro()
             box, _ = self.wait_shown(5)

@@ -85,4 +85,5 @@ def joins_a_tray_that_starts_later():
 
 
 if __name__ == "__main__":
-    desktop.main([shows_the_glyph_alone_at_the_trays_size_and_follows_the_desktops_scheme, joins_a_tray_that_starts_later])
+    desktop.main([shows_the_glyph_alone_at_the_trays_size_and_follows_the_desktops_scheme,
+                  joins_a_tray_that_starts_later])
